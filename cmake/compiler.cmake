@@ -1,0 +1,15 @@
+# Warnings and sanitizers, as one interface target that every target of the project links.
+add_library(kestrel_compiler INTERFACE)
+target_compile_options(kestrel_compiler INTERFACE
+    $<$<CXX_COMPILER_ID:GNU,Clang>:-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+        -Wconversion -Wsign-conversion -Wdouble-promotion -Wformat=2>
+    # Results must not depend on the machine: no fused multiply-add behind the program's back.
+    $<$<CXX_COMPILER_ID:GNU,Clang>:-ffp-contract=off>)
+if(KESTREL_WERROR)
+    target_compile_options(kestrel_compiler INTERFACE $<$<CXX_COMPILER_ID:GNU,Clang>:-Werror>)
+endif()
+if(KESTREL_SANITIZE)
+    target_compile_options(kestrel_compiler INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(kestrel_compiler INTERFACE -fsanitize=address,undefined)
+endif()

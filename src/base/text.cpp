@@ -1,0 +1,95 @@
+#include "base/text.h"
+
+#include <algorithm>
+
+namespace kestrel {
+namespace {
+
+char upper(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+char lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+bool sameLetter(char a, char b) {
+    return upper(a) == upper(b);
+}
+
+// std::string_view::npos becomes 0.
+std::size_t countedFromOne(std::size_t index) {
+    return index + 1;
+}
+
+}  // namespace
+
+std::string_view trimBlanksLeft(std::string_view text) {
+    return text.substr(std::min(text.find_first_not_of(' '), text.size()));
+}
+
+std::string_view trimBlanks(std::string_view text) {
+    const std::string_view left = trimBlanksLeft(text);
+    return left.substr(0, countedFromOne(left.find_last_not_of(' ')));
+}
+
+std::string_view upToNul(std::string_view text) {
+    return text.substr(0, text.find('\0'));
+}
+
+std::string toUpper(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), upper);
+    return result;
+}
+
+std::string toLower(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), lower);
+    return result;
+}
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), sameLetter);
+}
+
+std::size_t findIgnoringCase(std::string_view text, std::string_view part, std::size_t from) {
+    if (from > text.size())
+        return std::string_view::npos;
+    const std::string_view rest = text.substr(from);
+    const auto found = std::search(rest.begin(), rest.end(), part.begin(), part.end(), sameLetter);
+    if (found == rest.end() && !part.empty())
+        return std::string_view::npos;
+    return from + static_cast<std::size_t>(found - rest.begin());
+}
+
+bool containsIgnoringCase(std::string_view text, std::string_view part) {
+    return findIgnoringCase(text, part) != std::string_view::npos;
+}
+
+std::size_t positionOfAny(std::string_view text, std::string_view set) {
+    return countedFromOne(text.find_first_of(set));
+}
+
+std::size_t positionOfOther(std::string_view text, std::string_view set) {
+    return countedFromOne(text.find_first_not_of(set));
+}
+
+std::string_view fromCharacter(std::string_view text, std::size_t n) {
+    return text.substr(std::min(n - 1, text.size()));
+}
+
+std::string charactersPadded(std::string_view text, std::size_t n, std::size_t count) {
+    std::string result(fromCharacter(text, n).substr(0, count));
+    result.resize(count, ' ');
+    return result;
+}
+
+std::string rightAligned(std::string_view text, std::size_t width) {
+    const std::string_view kept = text.substr(0, width);
+    return std::string(width - kept.size(), ' ').append(kept);
+}
+
+std::string_view lastCharacters(std::string_view text, std::size_t count) {
+    return text.substr(text.size() - std::min(count, text.size()));
+}
+
+}  // namespace kestrel
