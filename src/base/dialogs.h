@@ -1,0 +1,76 @@
+// What the core asks of the desktop: message and input boxes, file and printer dialogs, the
+// pointer.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/canvas.h"
+
+namespace kestrel {
+
+inline constexpr const char* applicationTitle = "Kestrel";
+
+enum class Icon { None, Question, Exclamation };
+enum class Buttons { Ok, OkCancel };
+enum class Pointer { Default, Hourglass };
+
+struct MessageBox {
+    std::string text = {};
+    std::string title = applicationTitle;
+    Icon icon = Icon::None;
+    Buttons buttons = Buttons::Ok;
+    std::string details = {};  // a second, smaller text, such as the path of a file
+};
+
+struct InputBox {
+    std::string prompt;
+    std::string title;
+};
+
+struct FileFilter {
+    std::string text;
+    std::string pattern;
+};
+
+struct FileDialog {
+    std::string title;
+    std::vector<FileFilter> filters;
+    int filterIndex = 1;  // counted from 1
+    std::string folder;   // empty: the current one
+};
+
+struct FileChoice {
+    std::string path;     // empty when cancelled
+    int filterIndex = 1;  // as the user left it, also when cancelled
+};
+
+// A document being printed. Ending it sends it to the printer; one that is destroyed without that
+// is given up. Faults of all calls: Printer.
+class PrintJob {
+  public:
+    virtual ~PrintJob() = default;
+    virtual Canvas& canvas() = 0;
+    virtual void newPage() = 0;
+    virtual void endDocument() = 0;
+};
+
+class Dialogs {
+  public:
+    virtual ~Dialogs() = default;
+
+    // True for OK.
+    virtual bool message(const MessageBox& box) = 0;
+    // The text typed; empty when cancelled.
+    virtual std::string input(const InputBox& box) = 0;
+    // A chosen file's folder becomes the current directory of the process.
+    virtual FileChoice openFile(const FileDialog& dialog) = 0;
+    virtual FileChoice saveFile(const FileDialog& dialog) = 0;
+    // Null when cancelled.
+    virtual std::unique_ptr<PrintJob> print() = 0;
+
+    virtual void setPointer(Pointer pointer) = 0;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,19 @@
+// The sixteen standard colours, by number.
+#pragma once
+
+#include <array>
+
+#include "base/canvas.h"
+
+namespace kestrel {
+
+using Palette = std::array<Colour, 16>;
+
+// 0 black, 1 blue, 2 green, 3 cyan, 4 red, 5 magenta, 6 yellow (brown), 7 white (light grey), 8
+// grey, and 9 to 15 the light forms of 1 to 7.
+inline constexpr Palette standardPalette = {
+    0x000000, 0x800000, 0x008000, 0x808000, 0x000080, 0x800080, 0x008080, 0xC0C0C0,
+    0x808080, 0xFF0000, 0x00FF00, 0xFFFF00, 0x0000FF, 0xFF00FF, 0x00FFFF, 0xFFFFFF,
+};
+
+}  // namespace kestrel

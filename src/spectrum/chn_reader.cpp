@@ -1,0 +1,142 @@
+#include "spectrum/chn_reader.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "base/byte_reader.h"
+#include "base/input_file.h"
+#include "base/number_text.h"
+#include "base/text.h"
+
+namespace kestrel {
+namespace {
+
+constexpr std::size_t headerSize = 32;
+constexpr std::size_t countSize = 4;
+constexpr std::size_t commentSize = 64;
+constexpr std::size_t trailerSize = 512;
+constexpr std::size_t mostUsefulBytes = headerSize + channelLimit * countSize + trailerSize;
+
+enum class ChnKind { CommentOnly, CommentAndExtension, Trailer, Unknown };
+
+void readHeader(const ByteReader& file, Spectrum& spectrum) {
+    spectrum.fileType = file.int16At(0);
+    spectrum.mcaNumber = file.int16At(2);
+    spectrum.segmentNumber = file.int16At(4);
+    spectrum.startSecondsRaw = {file.byteAt(6), file.byteAt(7)};
+    spectrum.realTime = file.int32At(8);
+    spectrum.liveTime = file.int32At(12);
+    spectrum.startDate.assignFromFile(file.textAt(16, 8));
+    // Hours and minutes, and after them the two bytes of the channel offset.
+    spectrum.startTime.assign(file.textAt(24, 6));
+    spectrum.channelCount = file.int16At(30);
+}
+
+void readCounts(const ByteReader& file, Spectrum& spectrum) {
+    const auto limit = static_cast<std::int16_t>(channelLimit);
+    file.int32sAt(headerSize, spectrum.counts.span(0, std::min(spectrum.channelCount, limit)));
+    if (spectrum.channelCount > limit)
+        throw RuntimeFault(Fault::SubscriptOutOfRange, spectrum.filePath);
+}
+
+// The kind shows in the two bytes of the seconds and in the file's length. A file that is exactly
+// as long as a comment asks for counts as kind 1 without seconds and as kind 2 with binary ones.
+ChnKind kindOf(const Spectrum& spectrum, double fileLength) {
+    const double commentEnd =
+        static_cast<double>(spectrum.channelCount) * countSize + headerSize + commentSize + 2;
+    const auto [b1, b2] = spectrum.startSecondsRaw;
+    if (b1 != 0 && b2 != 0)
+        return ChnKind::Trailer;
+    if (b2 != 0)
+        return ChnKind::Unknown;
+    const bool commentOnly = b1 == 0 ? commentEnd >= fileLength : commentEnd > fileLength;
+    return commentOnly ? ChnKind::CommentOnly : ChnKind::CommentAndExtension;
+}
+
+// HHMM as read gets its seconds: two digits from a binary value, or two ASCII digits one by one
+// (a byte that is no digit leaves its code minus 48).
+void completeStartTime(Spectrum& spectrum) {
+    const auto [b1, b2] = spectrum.startSecondsRaw;
+    const std::string hoursAndMinutes(spectrum.startTime.characters(1, 4));
+    if (b1 != 0 && b2 == 0) {
+        spectrum.startTime.assign(hoursAndMinutes + formatNumber(b1, "00"));
+    } else if (b1 != 0) {
+        spectrum.startTime.assign(hoursAndMinutes + formatNumber(b1 - '0', "0"));
+        spectrum.startTime.assign(std::string(spectrum.startTime.trimmed()) +
+                                  formatNumber(b2 - '0', "0"));
+    }
+    spectrum.startTime.assignFromFile(std::string(spectrum.startTime.view()));
+}
+
+void readComment(const ByteReader& file, std::size_t offset, Spectrum& spectrum) {
+    spectrum.comment.assignFromFile(file.textAt(offset, commentSize));
+}
+
+void readExtension(const ByteReader& file, std::size_t offset, Spectrum& spectrum) {
+    spectrum.chnExtension.calibration = {file.doubleAt(offset + 32), file.doubleAt(offset + 40),
+                                         file.doubleAt(offset + 48)};
+    spectrum.calCurrent = spectrum.chnExtension.calibration;
+    spectrum.calFromFile = spectrum.chnExtension.calibration;
+}
+
+// The description lengths are kept but not consulted: the texts end at their first NUL.
+void readTrailer(const ByteReader& file, std::size_t offset, Spectrum& spectrum) {
+    ChnTrailer& trailer = spectrum.chnTrailer;
+    trailer.calA = file.floatAt(offset + 4);
+    trailer.calB = file.floatAt(offset + 8);
+    trailer.calC = file.floatAt(offset + 12);
+    trailer.resolution = {file.floatAt(offset + 16), file.floatAt(offset + 20),
+                          file.floatAt(offset + 24)};
+    trailer.detectorLength = file.byteAt(offset + 256);
+    trailer.detector.assignFromFile(file.textAt(offset + 257, 63));
+    trailer.sampleLength = file.byteAt(offset + 320);
+    trailer.sample.assignFromFile(file.textAt(offset + 321, 63));
+    spectrum.calCurrent = trailer.calibration();
+    spectrum.comment.assign(trailer.sample.view());
+    spectrum.calFromFile = spectrum.calCurrent;
+}
+
+void readAfterCounts(const ByteReader& file, ChnKind kind, Spectrum& spectrum) {
+    const auto channels =
+        static_cast<std::size_t>(std::max<std::int16_t>(spectrum.channelCount, 0));
+    const std::size_t offset = headerSize + channels * countSize;
+    switch (kind) {
+        case ChnKind::CommentOnly:
+            readComment(file, offset, spectrum);
+            spectrum.calCurrent = spectrum.calDefault;
+            break;
+        case ChnKind::CommentAndExtension:
+            readComment(file, offset, spectrum);
+            readExtension(file, offset + commentSize, spectrum);
+            break;
+        case ChnKind::Trailer:
+            readTrailer(file, offset, spectrum);
+            break;
+        case ChnKind::Unknown:
+            break;
+    }
+}
+
+}  // namespace
+
+bool readChnFile(Spectrum& spectrum, Dialogs& dialogs) {
+    dialogs.setPointer(Pointer::Hourglass);
+    InputFile input(spectrum.filePath);
+    const std::vector<std::byte> bytes = input.readFront(mostUsefulBytes);
+    const ByteReader file(bytes);
+    readHeader(file, spectrum);
+    if (spectrum.fileType != -1)
+        return false;
+    readCounts(file, spectrum);
+    const ChnKind kind = kindOf(spectrum, static_cast<double>(input.size()));
+    completeStartTime(spectrum);
+    readAfterCounts(file, kind, spectrum);
+    if (spectrum.useFileCalibration == 0)
+        spectrum.calCurrent = spectrum.calDefault;
+    dialogs.setPointer(Pointer::Default);
+    return true;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,16 @@
+// The header of the loaded spectrum as six lines of text.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "spectrum/spectrum.h"
+
+namespace kestrel {
+
+// File name, date and time, comment, live time, analyser number and segment number, each with its
+// label. The live time is given as the record holds it: the open command builds the lines before it
+// turns 20 ms ticks into seconds, so users see ticks with "sec" behind them.
+std::vector<std::string> buildHeaderLines(const Spectrum& spectrum);
+
+}  // namespace kestrel

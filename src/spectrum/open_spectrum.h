@@ -1,0 +1,34 @@
+// The open command: the formats that the open dialog offers, and the road from a chosen file to a
+// loaded spectrum.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/dialogs.h"
+#include "spectrum/derived_arrays.h"
+#include "spectrum/spectrum.h"
+
+namespace kestrel {
+
+// Everything that opening a file fills.
+struct OpenTarget {
+    Spectrum& spectrum;
+    DerivedArrays& derived;
+    std::vector<std::string>& headerLines;
+};
+
+enum class OpenResult { Cancelled, Refused, Loaded };
+
+// Asks for a file and reads it. `lastDirectory` and `lastFilterIndex` say where the dialog starts
+// and are updated from it, also when it is cancelled. A refusal has been shown to the user.
+OpenResult openSpectrumFile(const OpenTarget& target, std::string& lastDirectory,
+                            int& lastFilterIndex, Dialogs& dialogs);
+
+// Reads `spectrum.filePath` with the reader of a filter entry (counted from 1), derives the channel
+// arrays and the header lines, and turns the times from 20 ms ticks into whole seconds. False,
+// after a message, when the name lacks the entry's extension or the file is not of its format.
+// Faults: those of the readers and of computeDerivedArrays.
+bool readSpectrumByFormat(int filterIndex, const OpenTarget& target, Dialogs& dialogs);
+
+}  // namespace kestrel

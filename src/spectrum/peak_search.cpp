@@ -1,0 +1,177 @@
+#include "spectrum/peak_search.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdlib>
+
+#include "base/integers.h"
+#include "spectrum/curvature_filter.h"
+
+namespace kestrel {
+namespace {
+
+// Group widths that are tried: narrow for germanium at few channels, wide for germanium at many
+// channels and for scintillators. A filter wider than an eighth of the spectrum tells nothing.
+constexpr int widths[] = {1, 2, 4, 8, 16};
+constexpr int channelsPerWidth = 64;
+
+// A stretch of channels that curve downwards.
+struct Bulge {
+    int first = 0;
+    int last = 0;
+    FoundPeak peak;
+    bool dropsOnBothSides = false;
+};
+
+// Sums over the channels of a bulge; all of them positive where the counts bulge upwards.
+struct BulgeSums {
+    double strongest = 0;  // significance of a single channel
+    double depth = 0;
+    double moment = 0;  // of the depth, about the first channel
+    double left = 0;    // depth seen from either side
+    double right = 0;
+};
+
+BulgeSums sumUp(const CurvatureFilter& filter, int first, int last) {
+    BulgeSums sums;
+    for (int channel = first; channel <= last; ++channel) {
+        const double depth = -filter.curvature(channel);
+        const double variance = filter.variance(channel);
+        if (variance > 0)
+            sums.strongest = std::max(sums.strongest, depth / std::sqrt(variance));
+        sums.depth += depth;
+        sums.moment += depth * (channel - first);
+        sums.left -= filter.curvatureFrom(-1, channel);
+        sums.right -= filter.curvatureFrom(1, channel);
+    }
+    return sums;
+}
+
+// A peak drops to both sides, the edge of a plateau to one. Even on a slope a peak shows three
+// tenths of its depth on either side.
+bool dropsOnBothSides(const BulgeSums& sums) {
+    return std::min(sums.left, sums.right) > 0.3 * (sums.left + sums.right);
+}
+
+int centreOf(const CurvatureFilter& filter, const BulgeSums& sums, int first, int last) {
+    const double centroid = first + sums.moment / sums.depth - filter.middleOffset();
+    return std::clamp(toInt32(centroid), first, last);
+}
+
+// Narrow peaks show best in a single channel, wide ones in the sum over the bulge.
+Bulge measureBulge(const CurvatureFilter& filter, int first, int last) {
+    const BulgeSums sums = sumUp(filter, first, last);
+    const double variance = filter.varianceOfSum(first, last);
+    const double together = variance > 0 ? sums.depth / std::sqrt(variance) : 0;
+    return {first,
+            last,
+            {centreOf(filter, sums, first, last), std::max(sums.strongest, together)},
+            dropsOnBothSides(sums)};
+}
+
+// Squares with the sign kept: half of all channels curve downwards by chance, and one comparison
+// that is nearly always false costs a fraction of two that are not.
+bool isCandidate(const CurvatureFilter& filter, int channel) {
+    constexpr double square = candidateThreshold * candidateThreshold;
+    const double curvature = filter.curvature(channel);
+    return curvature * std::fabs(curvature) < -square * filter.variance(channel);
+}
+
+// A bulge is a stretch of channels that all curve downwards, one of them at least as a candidate.
+std::vector<Bulge> significantBulges(const CurvatureFilter& filter) {
+    std::vector<Bulge> bulges;
+    const auto curvesDown = [&](int channel) { return filter.curvature(channel) < 0; };
+    for (int channel = filter.first(); channel <= filter.last(); ++channel) {
+        if (!isCandidate(filter, channel))
+            continue;
+        int first = channel;
+        while (first > filter.first() && curvesDown(first - 1))
+            --first;
+        while (channel < filter.last() && curvesDown(channel + 1))
+            ++channel;
+        const Bulge bulge = measureBulge(filter, first, channel);
+        if (bulge.peak.significance > peakThreshold)
+            bulges.push_back(bulge);
+    }
+    return bulges;
+}
+
+// Lines that stand close together hide each other's feet, so that a bulge beside another one need
+// not drop on both sides.
+bool standsBeside(const Bulge& left, const Bulge& right, int width) {
+    return right.first - left.last <= 4 * width;
+}
+
+std::vector<FoundPeak> peaksOfWidth(const RunningSums& sums, int width) {
+    const std::vector<Bulge> bulges = significantBulges(CurvatureFilter(sums, width));
+    std::vector<FoundPeak> peaks;
+    for (std::size_t i = 0; i < bulges.size(); ++i) {
+        const bool inMultiplet =
+            (i > 0 && standsBeside(bulges[i - 1], bulges[i], width)) ||
+            (i + 1 < bulges.size() && standsBeside(bulges[i], bulges[i + 1], width));
+        if (bulges[i].dropsOnBothSides || inMultiplet)
+            peaks.push_back(bulges[i].peak);
+    }
+    return peaks;
+}
+
+struct Search {
+    int width = 1;
+    std::vector<FoundPeak> peaks;
+
+    double totalSignificance() const {
+        double sum = 0;
+        for (const FoundPeak& peak : peaks)
+            sum += peak.significance;
+        return sum;
+    }
+};
+
+std::vector<Search> searchAllWidths(std::span<const std::int32_t> counts) {
+    const RunningSums sums(counts);
+    std::vector<Search> searches;
+    for (const int width : widths)
+        if (width == 1 || sums.channelCount() >= channelsPerWidth * width)
+            searches.push_back({width, peaksOfWidth(sums, width)});
+    return searches;
+}
+
+// All lines of one detector are about as wide as each other, but how wide differs from one detector
+// and channel number to the next. The narrowest filter that sees the lines nearly as clearly as the
+// best one does separates them best.
+std::size_t bestSearch(const std::vector<Search>& searches) {
+    double clearest = 0;
+    for (const Search& search : searches)
+        clearest = std::max(clearest, search.totalSignificance());
+    std::size_t best = 0;
+    while (searches[best].totalSignificance() < 0.6 * clearest)
+        ++best;
+    return best;
+}
+
+// Weak peaks show better in a wider filter; those that stand clear of all others are added.
+void addMissedPeaks(std::vector<FoundPeak>& peaks, const Search& wider) {
+    const std::vector<FoundPeak> narrow = peaks;
+    for (const FoundPeak& peak : wider.peaks) {
+        const auto tooNear = [&](const FoundPeak& other) {
+            return 2 * std::abs(other.centre - peak.centre) <= 5 * wider.width;
+        };
+        if (std::ranges::none_of(narrow, tooNear))
+            peaks.push_back(peak);
+    }
+    std::ranges::sort(peaks, {}, &FoundPeak::centre);
+}
+
+}  // namespace
+
+std::vector<FoundPeak> findPeaks(std::span<const std::int32_t> counts) {
+    const std::vector<Search> searches = searchAllWidths(counts);
+    const std::size_t best = bestSearch(searches);
+    std::vector<FoundPeak> peaks = searches[best].peaks;
+    if (best + 1 < searches.size())
+        addMissedPeaks(peaks, searches[best + 1]);
+    return peaks;
+}
+
+}  // namespace kestrel

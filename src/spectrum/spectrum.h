@@ -1,0 +1,76 @@
+// The one loaded spectrum, in the fields of a CHN file: every reader translates its format into
+// them.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "base/checked_array.h"
+#include "base/fixed_text.h"
+
+namespace kestrel {
+
+// Energy in keV = A + B * channel + C * channel^2.
+struct Calibration {
+    double a = 0;
+    double b = 0;
+    double c = 0;
+    friend bool operator==(const Calibration&, const Calibration&) = default;
+};
+
+// The calibration in force before any file and any settings say otherwise.
+inline constexpr Calibration startCalibration{0.0, 0.5, 0.0};
+
+// The numbers and texts of the 512-byte trailer of a CHN file of the third kind; the text readers
+// keep their calibration and descriptions here as well.
+struct ChnTrailer {
+    float calA = 0;
+    float calB = 0;
+    float calC = 0;
+    std::array<float, 3> resolution{};  // full width at half maximum; kept, not used
+    std::uint8_t detectorLength = 0;
+    FixedText<63> detector;
+    std::uint8_t sampleLength = 0;
+    FixedText<63> sample;
+
+    // The calibration widened to doubles.
+    Calibration calibration() const { return {double{calA}, double{calB}, double{calC}}; }
+};
+
+// What a CHN file of the second kind carries after its comment.
+struct ChnExtension {
+    Calibration calibration;
+};
+
+struct Spectrum {
+    // Entries from channelCount on hold what an earlier, longer spectrum left: read the counts of a
+    // channel that may lie there through countsAt.
+    ChannelArray<std::int32_t> counts;
+    std::int16_t fileType = 0;  // first word of a CHN file: -1
+    std::int16_t mcaNumber = 0;
+    std::int16_t segmentNumber = 0;
+    std::array<std::uint8_t, 2> startSecondsRaw{};
+    std::int32_t realTime = 0;  // 20 ms ticks from a reader, whole seconds once opened
+    std::int32_t liveTime = 0;  // likewise
+    FixedText<8> startDate;     // DDMMMYYc, c the century mark
+    FixedText<6> startTime;     // HHMMSS
+    std::int16_t channelCount = 16384;
+    FixedText<64> comment;
+    Calibration calCurrent = startCalibration;
+    Calibration calFromFile = startCalibration;
+    Calibration calDefault = startCalibration;
+    std::int16_t useFileCalibration = 1;  // 0: calDefault replaces what a file brings
+    std::string filePath;
+    std::int32_t liveTimeTicks = 0;  // 20 ms ticks; set when a file has been opened
+    ChnExtension chnExtension;
+    ChnTrailer chnTrailer;
+
+    // Counts of a channel, 0 from channelCount on. Faults: SubscriptOutOfRange outside 0 .. 17000
+    // for a channel below channelCount.
+    std::int32_t countsAt(std::int64_t channel) const {
+        return channel >= channelCount ? 0 : counts[channel];
+    }
+};
+
+}  // namespace kestrel

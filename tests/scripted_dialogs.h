@@ -1,0 +1,43 @@
+// Dialogs that answer from a script and keep what they were asked.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/dialogs.h"
+
+namespace kestrel::test {
+
+class ScriptedDialogs : public Dialogs {
+  public:
+    bool message(const MessageBox& box) override {
+        messages.push_back(box);
+        if (duringMessage)
+            duringMessage();
+        return messageAnswer;
+    }
+    std::string input(const InputBox& box) override {
+        inputs.push_back(box);
+        return inputAnswer;
+    }
+    FileChoice openFile(const FileDialog& dialog) override {
+        fileDialogs.push_back(dialog);
+        return fileAnswer;
+    }
+    FileChoice saveFile(const FileDialog& dialog) override { return openFile(dialog); }
+    std::unique_ptr<PrintJob> print() override { return nullptr; }
+    void setPointer(Pointer shape) override { pointer = shape; }
+
+    std::vector<MessageBox> messages;
+    std::vector<InputBox> inputs;
+    std::vector<FileDialog> fileDialogs;
+    bool messageAnswer = true;
+    std::function<void()> duringMessage;
+    std::string inputAnswer;
+    FileChoice fileAnswer;
+    Pointer pointer = Pointer::Default;
+};
+
+}  // namespace kestrel::test

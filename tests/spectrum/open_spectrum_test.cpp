@@ -1,0 +1,116 @@
+#include "spectrum/open_spectrum.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "chn_bytes.h"
+#include "fault_matcher.h"
+#include "scripted_dialogs.h"
+#include "temp_folder.h"
+
+namespace kestrel {
+namespace {
+
+constexpr const char* refusal = "File does not read.\nDifferent format ?!   Check file type !!";
+
+class OpenSpectrum : public testing::Test {
+  protected:
+    OpenResult open(const std::string& path, int filterIndex = 1) {
+        dialogs.fileAnswer = {.path = path, .filterIndex = filterIndex};
+        return openSpectrumFile({spectrum, derived, headerLines}, lastDirectory, lastFilterIndex,
+                                dialogs);
+    }
+
+    test::TempFolder folder;
+    test::ScriptedDialogs dialogs;
+    Spectrum spectrum;
+    DerivedArrays derived;
+    std::vector<std::string> headerLines;
+    std::string lastDirectory = "/somewhere";
+    int lastFilterIndex = 3;
+};
+
+TEST_F(OpenSpectrum, OffersTheEightFiltersAndStartsWhereTheLastDialogEnded) {
+    open("");
+    const FileDialog& dialog = dialogs.fileDialogs.at(0);
+    EXPECT_EQ(dialog.folder, "/somewhere");
+    EXPECT_EQ(dialog.filterIndex, 3);
+    const char* expected[][2] = {
+        {"ORTEC, SEIKO (chn)", "*.chn"},       {"Win Oxford (asc)", "*.asc"},
+        {"DOS Oxford (asc)", "*.asc"},         {"Labo (binary)", "*.dat"},
+        {"Labo v1.54(binary)", "*.dat"},       {"CANBERRA35+ RS232C (txt)", "*.txt"},
+        {"NAIG E-560  RS232C (txt)", "*.txt"}, {"All File", "*.*"},
+    };
+    ASSERT_EQ(dialog.filters.size(), std::size(expected));
+    for (std::size_t i = 0; i < std::size(expected); ++i) {
+        EXPECT_EQ(dialog.filters[i].text, expected[i][0]);
+        EXPECT_EQ(dialog.filters[i].pattern, expected[i][1]);
+    }
+}
+
+TEST_F(OpenSpectrum, KeepsFilterAndFolderAlsoWhenCancelled) {
+    EXPECT_EQ(open("", 6), OpenResult::Cancelled);
+    EXPECT_EQ(lastFilterIndex, 6);
+    EXPECT_EQ(lastDirectory, std::filesystem::current_path().string());
+    EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(OpenSpectrum, BuildsTheHeaderLinesInTicksAndThenConvertsToSeconds) {
+    struct Case {
+        std::int32_t ticks;
+        std::int32_t seconds;
+        const char* line;
+    };
+    for (const Case& c : {Case{12345, 247, "Live Time:  12345sec"},
+                          {12375, 248, "Live Time:  12375sec"},
+                          {12325, 246, "Live Time:  12325sec"},
+                          {-25, 0, "Live Time: -25sec"}}) {
+        const test::ChnBytes file{.realTime = 20025, .liveTime = c.ticks};
+        ASSERT_EQ(open(folder.write("a.chn", file.bytes())), OpenResult::Loaded);
+        EXPECT_EQ(headerLines.at(3), c.line);
+        EXPECT_EQ(spectrum.liveTimeTicks, c.ticks);
+        EXPECT_EQ(spectrum.liveTime, c.seconds);
+        EXPECT_EQ(spectrum.realTime, 400);
+        EXPECT_EQ(derived.logHeights[2], 600);
+    }
+}
+
+TEST_F(OpenSpectrum, FindsTheExtensionAnywhereInTheNameAndInAnyLetterCase) {
+    for (const char* name : {"SPEC.CHN", "spec.chn.bak", "a.Chn"})
+        EXPECT_EQ(open(folder.write(name, test::ChnBytes{}.bytes())), OpenResult::Loaded) << name;
+    EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(OpenSpectrum, RefusesWhatTheFilterDoesNotFit) {
+    const std::string chn = folder.write("a.chn", test::ChnBytes{}.bytes());
+    const std::string other = folder.write("a.txt", test::ChnBytes{}.bytes());
+    const std::string text = folder.write("text.chn", "no spectrum");
+    int refused = 0;
+    for (const auto& [path, filter] :
+         {std::pair{chn, 8}, {chn, 0}, {chn, 9}, {chn, 2}, {other, 1}, {text, 1}}) {
+        EXPECT_EQ(open(path, filter), OpenResult::Refused) << path << filter;
+        ASSERT_EQ(dialogs.messages.size(), static_cast<std::size_t>(++refused));
+        EXPECT_EQ(dialogs.messages.back().text, refusal);
+        EXPECT_EQ(dialogs.messages.back().title, "Kestrel");
+        EXPECT_EQ(dialogs.pointer, Pointer::Default);
+    }
+    EXPECT_EQ(open(chn), OpenResult::Loaded);
+}
+
+TEST_F(OpenSpectrum, PutsTheUserCalibrationInForceWhenTheFilesAreNotToBeUsed) {
+    spectrum.useFileCalibration = 0;
+    spectrum.calDefault = {1, 2, 3};
+    open(folder.write("a.chn", test::ChnBytes{.seconds = std::string("\0\1", 2)}.bytes()));
+    EXPECT_EQ(spectrum.calCurrent, spectrum.calDefault);
+}
+
+TEST_F(OpenSpectrum, GoesOnAfterAFault) {
+    EXPECT_FAULT(open(folder.file("gone.chn")), Fault::FileNotFound);
+    EXPECT_FAULT(open(folder.write("long.chn", test::ChnBytes{.channelCount = 17002}.bytes())),
+                 Fault::SubscriptOutOfRange);
+    EXPECT_EQ(open(folder.write("a.chn", test::ChnBytes{}.bytes())), OpenResult::Loaded);
+}
+
+}  // namespace
+}  // namespace kestrel

@@ -1,0 +1,20 @@
+// Spectrum records as CHN files of the three kinds.
+#pragma once
+
+#include <string>
+
+#include "spectrum/spectrum.h"
+
+namespace kestrel::samples {
+
+enum class ChnKind {
+    Plain = 1,      // header, counts, 64-byte comment; no seconds
+    Extended = 2,   // the same and 128 bytes with the calibration as doubles; seconds in binary
+    Trailered = 3,  // header, counts, 512 bytes with the calibration as floats; seconds in digits
+};
+
+// The bytes of the file. The calibration is calCurrent (rounded to floats in kind 3), the times are
+// in ticks of 20 ms, the comment becomes the sample description of kind 3.
+std::string chnFile(const Spectrum& spectrum, ChnKind kind);
+
+}  // namespace kestrel::samples

@@ -1,0 +1,87 @@
+#include "make_samples/samples.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "make_samples/chn_writer.h"
+#include "make_samples/spectrum_maker.h"
+
+namespace kestrel::samples {
+namespace {
+
+constexpr std::int32_t ticksPerSecond = 50;
+
+struct Labels {
+    const char* comment;
+    const char* startDate;
+    const char* startTime;
+    std::int32_t liveSeconds;
+    std::int32_t realSeconds;
+};
+
+std::string file(ChnKind kind, std::span<const std::int32_t> counts, const Calibration& calibration,
+                 const Labels& labels) {
+    const auto spectrum = std::make_unique<Spectrum>();
+    spectrum->mcaNumber = 1;
+    spectrum->segmentNumber = 1;
+    spectrum->channelCount = static_cast<std::int16_t>(counts.size());
+    std::ranges::copy(counts, spectrum->counts.begin());
+    spectrum->liveTime = labels.liveSeconds * ticksPerSecond;
+    spectrum->realTime = labels.realSeconds * ticksPerSecond;
+    spectrum->startDate.assign(labels.startDate);
+    spectrum->startTime.assign(labels.startTime);
+    spectrum->comment.assign(labels.comment);
+    spectrum->chnTrailer.detector.assign("HPGe, coaxial, 1.8 keV at 1332 keV");
+    spectrum->calCurrent = calibration;
+    return chnFile(*spectrum, kind);
+}
+
+std::string threeNuclides(ChnKind kind, std::int16_t channelCount, const Calibration& calibration,
+                          std::uint64_t seed) {
+    const MeasurementPlan plan{
+        .channelCount = channelCount,
+        .calibration = calibration,
+        .liveSeconds = 600,
+        .sources = {{europium152(), 60}, {cobalt60(), 8}, {caesium137(), 20}},
+    };
+    const Labels labels{"Eu-152 + Co-60 + Cs-137, point sources at 25 cm", "16NOV261", "101530",
+                        600, 613};
+    return file(kind, makeMeasurement(plan, seed), plan.calibration, labels);
+}
+
+std::string environmental() {
+    const MeasurementPlan plan{
+        .channelCount = 8192,
+        .calibration = {-0.212, 0.34962, 3.1e-8},
+        .liveSeconds = 72000,
+        .background = 0.027,
+    };
+    const Labels labels{"Natural background, lead shield closed", "17NOV261", "173000", 72000,
+                        72009};
+    return file(ChnKind::Extended, makeMeasurement(plan, 3), plan.calibration, labels);
+}
+
+std::string empty() {
+    const Labels labels{"Nothing counted", "16NOV261", "095900", 10, 10};
+    return file(ChnKind::Trailered, std::vector<std::int32_t>(4096), {-0.35F, 0.4995F, 2e-8F},
+                labels);
+}
+
+}  // namespace
+
+// The calibrations are floats, as the files of kind 3 hold them: peaks must lie where those say.
+std::vector<SampleFile> sampleFiles() {
+    return {
+        {"eu152-co60-cs137-4096.chn",
+         threeNuclides(ChnKind::Trailered, 4096, {-0.35F, 0.4995F, 2e-8F}, 1)},
+        {"eu152-co60-cs137-16384.chn",
+         threeNuclides(ChnKind::Trailered, 16384, {-0.35F, 0.124875F, 1.25e-9F}, 2)},
+        {"environmental-8192.chn", environmental()},
+        {"eu152-co60-cs137-1024.chn", threeNuclides(ChnKind::Plain, 1024, {-0.35F, 1.5F, 0.0F}, 4)},
+        {"empty-4096.chn", empty()},
+    };
+}
+
+}  // namespace kestrel::samples
