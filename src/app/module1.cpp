@@ -1,0 +1,23 @@
+#include "app/module1.h"
+
+namespace kestrel {
+
+void startModule1(Module1& module, const std::string& systemDir) {
+    module.settings.peakSetCount = 0;
+    module.settings.systemDir = systemDir;
+    module.settings.marigoldDir.clear();
+    module.settings.lastDirectory.clear();
+    module.settings.saveAsDir.clear();
+    readSettings(module.settings, module.spectrum);
+    module.palette = standardPalette;
+    Spectrum& spectrum = module.spectrum;
+    spectrum.channelCount = 16384;
+    spectrum.startDate.assign("");
+    spectrum.startTime.assign("");
+    spectrum.comment.assign("");
+    module.view = ViewState{};
+    spectrum.calDefault = startCalibration;
+    spectrum.useFileCalibration = 1;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,32 @@
+// Module1: the one owner of all state that windows share. `main` makes it and hands it out by
+// reference.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/settings.h"
+#include "base/palette.h"
+#include "spectrum/derived_arrays.h"
+#include "spectrum/spectrum.h"
+#include "view/view_state.h"
+
+namespace kestrel {
+
+struct Module1 {
+    Spectrum spectrum;
+    DerivedArrays derived;
+    std::vector<std::string> headerLines;  // what the data information window lists
+    ViewState view;
+    ChannelArray<Colour> channelColour;  // 0: no nuclide mark
+    Palette palette = standardPalette;
+    Settings settings;
+    int lastFilterIndex = 1;  // of the open dialog
+};
+
+// The state at a start of the program: settings read from `systemDir`, then a blank spectrum of
+// 16384 channels. The calibration of the settings file does not last beyond this: every start is
+// with 0.5 keV a channel and the files' own calibrations, and that is what the exit saves again.
+void startModule1(Module1& module, const std::string& systemDir);
+
+}  // namespace kestrel

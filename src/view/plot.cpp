@@ -1,0 +1,260 @@
+#include "view/plot.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "base/integers.h"
+#include "base/number_text.h"
+#include "view/status_text.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int black = 0;
+constexpr int lightRed = 12;
+constexpr int white = 15;
+
+constexpr double axisBase = -30.0;        // lower end of the axes and of the channel ticks
+constexpr double tickLength = 0.008;      // of the count axis, as a part of the width
+constexpr double labelDistance = 0.04;    // of the count axis labels, likewise
+constexpr int channelsPerPicture = 4096;  // more than that many are drawn in groups
+
+void printAt(Canvas& canvas, double x, double y, const std::string& text) {
+    canvas.moveTo(x, y);
+    canvas.print(text);
+}
+
+// The label of a tick starts at it, but stays on the canvas: the last tick lies at its right edge.
+void printChannel(Canvas& canvas, int channel) {
+    const std::string label = plainNumber(std::int64_t{channel});
+    const double rightmost = canvas.scale().right - canvas.textWidth(label);
+    printAt(canvas, std::min<double>(channel, rightmost), -50, label);
+}
+
+void drawChannelAxis(const ViewState& view, Canvas& canvas) {
+    const Colour colour = canvas.foreColour();
+    canvas.line(view.viewStartCh, axisBase, view.viewEndCh, axisBase, colour);
+    // A view of no width would have ticks without end.
+    const int step = std::max<int>(toInt16(view.viewWidth / 4.0), 1);
+    for (int x = view.viewStartCh; x <= view.viewEndCh; x += step) {
+        canvas.line(x, axisBase, x, 0, colour);
+        printChannel(canvas, x);
+    }
+}
+
+void drawCountAxis(const ViewState& view, Canvas& canvas) {
+    canvas.line(view.viewStartCh, plotTop, view.viewStartCh, axisBase, canvas.foreColour());
+}
+
+void drawCountTick(const ViewState& view, double y, Canvas& canvas) {
+    canvas.line(view.viewStartCh - tickLength * view.viewWidth, y, view.viewStartCh, y,
+                canvas.foreColour());
+}
+
+double labelPosition(const ViewState& view) {
+    return view.viewStartCh - labelDistance * view.viewWidth;
+}
+
+// The full scale as 256, 1K, 2M: always with the place of the suffix.
+std::string fullScaleLabel(std::int16_t exponent) {
+    std::int64_t fullScale = std::int64_t{1} << exponent;
+    char suffix = ' ';
+    for (const char next : {'K', 'M'}) {
+        if (fullScale >= 1024) {
+            fullScale /= 1024;
+            suffix = next;
+        }
+    }
+    return plainNumber(fullScale) + suffix;
+}
+
+// Whether a channel before the last has counts. The search ends at the first one: a channel count
+// that is out of range, as a refused file may leave it, matters only for an empty spectrum.
+bool hasCurve(const Spectrum& spectrum) {
+    const int channels = spectrum.channelCount - 1;
+    const int limit = static_cast<int>(channelLimit);
+    const auto counts = spectrum.counts.span(0, std::min(channels, limit));
+    if (std::ranges::any_of(counts, [](std::int32_t count) { return count > 0; }))
+        return true;
+    if (channels > limit)
+        throw RuntimeFault(Fault::SubscriptOutOfRange);
+    return false;
+}
+
+// Plot heights of the channels from `first` on. Channels past the end of the spectrum are empty.
+class Heights {
+  public:
+    Heights(const PlotInput& input, std::int64_t first, std::int64_t last) : first_(first) {
+        const std::int64_t count = std::max<std::int64_t>(last - first + 1, 1);
+        const std::int64_t filled =
+            std::clamp<std::int64_t>(input.spectrum.channelCount - first, 0, count);
+        const bool linear = input.view.linLogMode == CountAxis::Linear;
+        values_.assign(static_cast<std::size_t>(count), linear ? 0 : emptyLogHeight);
+        if (linear)
+            fillLinear(input.spectrum.counts.span(first, filled), input.view.yScaleFactor);
+        else
+            std::ranges::copy(input.derived.logHeights.span(first, filled), values_.begin());
+    }
+
+    std::int32_t operator[](std::int64_t channel) const {
+        return values_[static_cast<std::size_t>(channel - first_)];
+    }
+
+  private:
+    void fillLinear(std::span<const std::int32_t> counts, float factor) {
+        std::ranges::transform(counts, values_.begin(),
+                               [factor](std::int32_t c) { return toInt32(c * double{factor}); });
+    }
+
+    std::int64_t first_;
+    std::vector<std::int32_t> values_;
+};
+
+// The curve of the channels after `first`, up to `last`.
+class CurvePainter {
+  public:
+    CurvePainter(const PlotInput& input, std::int16_t step, Canvas& canvas)
+        : input_(input),
+          canvas_(canvas),
+          first_(input.view.viewStartCh),
+          last_(input.view.viewEndCh),
+          group_(std::int64_t{2} * step),
+          heights_(input, first_, last_ + group_),
+          lines_(input.view.plotMode == PlotMode::Line) {}
+
+    void draw() {
+        canvas_.moveTo(static_cast<double>(first_), heights_[first_]);
+        if (group_ < 2)
+            drawChannels();
+        else
+            drawGroups();
+    }
+
+  private:
+    Colour colourOf(std::int64_t channel) const {
+        const Colour colour =
+            channel >= input_.spectrum.channelCount ? 0 : input_.channelColour[channel];
+        return colour == 0 ? input_.palette[white] : colour;
+    }
+
+    void drawChannels() {
+        for (std::int64_t i = first_ + 1; i <= last_; ++i) {
+            const Colour colour = colourOf(i);
+            const auto x = static_cast<double>(i);
+            if (lines_) {
+                canvas_.lineTo(x, heights_[i - 1], colour);
+                canvas_.lineTo(x, heights_[i], colour);
+            } else {
+                canvas_.point(x, heights_[i], colour);
+            }
+        }
+    }
+
+    // A group shows its highest and its lowest channel, in channel order, so that neither a peak
+    // nor a valley is lost when many channels share a pixel.
+    void drawGroups() {
+        for (std::int64_t i = first_ + 1; i <= last_; i += group_) {
+            const auto [earlier, later] = extremes(i);
+            const Colour colour = colourOf(i);
+            const auto x = static_cast<double>(i);
+            const double middle = x + static_cast<double>(group_) / 2.0;
+            if (lines_) {
+                canvas_.lineTo(x, earlier, colour);
+                canvas_.lineTo(x, later, colour);
+                canvas_.lineTo(middle, later, colour);
+            } else {
+                canvas_.point(x, earlier, colour);
+                canvas_.point(middle, later, colour);
+            }
+        }
+    }
+
+    struct Extremes {
+        std::int32_t earlier;
+        std::int32_t later;
+    };
+
+    // Of channels i to i + group, the next group's first one included; of equal heights the first.
+    Extremes extremes(std::int64_t i) const {
+        std::int64_t highest = i;
+        std::int64_t lowest = i;
+        for (std::int64_t k = i + 1; k <= i + group_; ++k) {
+            if (heights_[k] > heights_[highest])
+                highest = k;
+            if (heights_[k] < heights_[lowest])
+                lowest = k;
+        }
+        return {heights_[std::min(highest, lowest)], heights_[std::max(highest, lowest)]};
+    }
+
+    const PlotInput& input_;
+    Canvas& canvas_;
+    std::int64_t first_;
+    std::int64_t last_;
+    std::int64_t group_;
+    Heights heights_;
+    bool lines_;
+};
+
+void drawCurve(const PlotInput& input, Canvas& canvas) {
+    const ViewState& view = input.view;
+    if (!hasCurve(input.spectrum))
+        return;
+    canvas.setDrawWidth(view.plotMode == PlotMode::Line ? 1 : 2);
+    const std::int16_t step =
+        toInt16((view.viewEndCh - view.viewStartCh + 4) / double{channelsPerPicture});
+    CurvePainter(input, step, canvas).draw();
+}
+
+void drawLinearPlot(const PlotInput& input, Canvas& canvas) {
+    const ViewState& view = input.view;
+    drawCountAxis(view, canvas);
+    canvas.point(labelPosition(view), plotTop, input.palette[white]);
+    canvas.print(fullScaleLabel(view.yScaleExp));
+    printAt(canvas, labelPosition(view), plotTop - canvas.textHeight(), "cnt");
+    for (int quarter = 0; quarter <= 4; ++quarter)
+        drawCountTick(view, 300.0 * quarter, canvas);
+    drawCurve(input, canvas);
+}
+
+void drawLogPlot(const PlotInput& input, Canvas& canvas) {
+    const ViewState& view = input.view;
+    drawCountAxis(view, canvas);
+    for (int decade = 0; decade <= 6; ++decade) {
+        drawCountTick(view, 200.0 * decade, canvas);
+        printAt(canvas, labelPosition(view), 200.0 * decade, plainNumber(std::int64_t{decade}));
+    }
+    drawCurve(input, canvas);
+}
+
+// At a quarter and at three quarters of the range shown.
+void drawHeaderTexts(const PlotInput& input, Canvas& canvas) {
+    const int start = input.view.viewStartCh;
+    const int range = input.view.viewEndCh - start;
+    const std::int16_t x1 = toInt16(start + range / 4.0);
+    const std::int16_t x2 = toInt16(start + 3 * range / 4.0);
+    printAt(canvas, x1, 1160, dateHeader(input.spectrum));
+    printAt(canvas, x1, 1120, "");
+    printAt(canvas, x1, 1080, commentHeader(input.spectrum));
+    printAt(canvas, x2, 1000, liveTimeHeader(input.spectrum));
+}
+
+}  // namespace
+
+void drawSpectrum(const PlotInput& input, Canvas& canvas, Dialogs& dialogs) {
+    canvas.clear(input.palette[black]);
+    drawChannelAxis(input.view, canvas);
+    canvas.setForeColour(input.palette[lightRed]);
+    dialogs.setPointer(Pointer::Hourglass);
+    if (input.view.linLogMode == CountAxis::Linear)
+        drawLinearPlot(input, canvas);
+    else
+        drawLogPlot(input, canvas);
+    dialogs.setPointer(Pointer::Default);
+    drawHeaderTexts(input, canvas);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,29 @@
+// Painting the spectrum: axes, labels, curve and header texts, on any canvas that has the user
+// scale of the view.
+#pragma once
+
+#include "base/canvas.h"
+#include "base/checked_array.h"
+#include "base/dialogs.h"
+#include "base/palette.h"
+#include "spectrum/derived_arrays.h"
+#include "spectrum/spectrum.h"
+#include "view/view_state.h"
+
+namespace kestrel {
+
+// What the plot reads, and never writes.
+struct PlotInput {
+    const Spectrum& spectrum;
+    const DerivedArrays& derived;
+    const ViewState& view;
+    const ChannelArray<Colour>& channelColour;  // 0: drawn white
+    const Palette& palette;
+};
+
+// Repaints all of the canvas. It leaves the fore colour light red, in which the base line and the
+// channel ticks of the next repaint are drawn. At most about 2 x 4096 curve elements are drawn,
+// however many channels are shown. Faults: SubscriptOutOfRange, Overflow.
+void drawSpectrum(const PlotInput& input, Canvas& canvas, Dialogs& dialogs);
+
+}  // namespace kestrel

@@ -1,0 +1,244 @@
+#include "view/spectrum_view.h"
+
+#include <algorithm>
+#include <array>
+
+#include "base/integers.h"
+#include "view/status_text.h"
+
+namespace kestrel {
+namespace {
+
+// The view scrolls when the cursor comes this close to an edge, in channels.
+constexpr int scrollMargin = 10;
+constexpr int longStep = 32;
+constexpr int anyShift = -1;
+
+}  // namespace
+
+SpectrumView::SpectrumView(const PlotInput& input, ViewState& state, Canvas& canvas,
+                           Dialogs& dialogs, ViewWindow& window)
+    : input_(input), state_(state), canvas_(canvas), dialogs_(dialogs), window_(window) {}
+
+void SpectrumView::start() {
+    state_ = ViewState{};
+    state_.viewWidth = toInt16(input_.spectrum.channelCount / 2.0);
+    window_.showCountAxis(state_.linLogMode);
+    recentre();
+}
+
+void SpectrumView::showNewSpectrum() {
+    state_.viewStartCh = 0;
+    state_.viewEndCh = input_.spectrum.channelCount;
+    followShownRange(state_);
+    canvas_.setScale(plotScale(state_));
+    redraw();
+}
+
+void SpectrumView::layout() {
+    followShownRange(state_);
+    redraw();
+}
+
+void SpectrumView::activate() {
+    window_.showCountAxis(state_.linLogMode);
+}
+
+void SpectrumView::redraw() {
+    drawSpectrum(input_, canvas_, dialogs_);
+    drawCursor();
+}
+
+void SpectrumView::recentre() {
+    centreViewOnCursor(state_, input_.spectrum.channelCount);
+    canvas_.setScale(plotScale(state_));
+    redraw();
+}
+
+void SpectrumView::expand() {
+    if (!halveWidth(state_))
+        return;
+    recentre();
+    window_.focusPlot();
+}
+
+void SpectrumView::shrink() {
+    if (!doubleWidth(state_, input_.spectrum.channelCount))
+        return;
+    recentre();
+    window_.focusPlot();
+}
+
+void SpectrumView::toggleCountAxis() {
+    state_.linLogMode =
+        state_.linLogMode == CountAxis::Linear ? CountAxis::Logarithmic : CountAxis::Linear;
+    window_.showCountAxis(state_.linLogMode);
+    redraw();
+    window_.focusPlot();
+}
+
+void SpectrumView::lowerScale() {
+    if (!lowerFullScale(state_))
+        return;
+    redraw();
+    window_.focusPlot();
+}
+
+void SpectrumView::raiseScale() {
+    if (!raiseFullScale(state_))
+        return;
+    redraw();
+    window_.focusPlot();
+}
+
+// Near an edge the step buttons scroll instead of moving the cursor; the keys do both.
+void SpectrumView::stepLeft() {
+    if (state_.cursorCh > state_.viewStartCh + scrollMargin) {
+        state_.cursorCh = narrow16(state_.cursorCh - 1);
+        drawCursor();
+    } else {
+        recentre();
+    }
+    window_.focusPlot();
+}
+
+void SpectrumView::stepRight() {
+    if (state_.cursorCh < state_.viewEndCh - scrollMargin) {
+        state_.cursorCh = narrow16(state_.cursorCh + 1);
+        drawCursor();
+    } else {
+        recentre();
+    }
+    window_.focusPlot();
+}
+
+void SpectrumView::setPlotMode(PlotMode mode) {
+    state_.plotMode = mode;
+    redraw();
+    window_.focusPlot();
+}
+
+struct SpectrumView::KeyBinding {
+    int keyCode;
+    int shift;
+    void (*action)(SpectrumView& view, int shift);
+};
+
+std::span<const SpectrumView::KeyBinding> SpectrumView::keyBindings() {
+    using View = SpectrumView;
+    static constexpr std::array bindings = {
+        KeyBinding{virtual_key::left, anyShift, [](View& v, int shift) { v.leftKey(shift); }},
+        KeyBinding{virtual_key::right, anyShift, [](View& v, int shift) { v.rightKey(shift); }},
+        KeyBinding{virtual_key::comma, shiftHeld, [](View& v, int) { v.previousPeak(); }},
+        KeyBinding{virtual_key::fullStop, shiftHeld, [](View& v, int) { v.nextPeak(); }},
+        KeyBinding{virtual_key::up, anyShift, [](View& v, int) { v.upKey(); }},
+        KeyBinding{virtual_key::down, anyShift, [](View& v, int) { v.downKey(); }},
+        KeyBinding{virtual_key::pageUp, anyShift, [](View& v, int) { v.expand(); }},
+        KeyBinding{virtual_key::pageUpAlso, anyShift, [](View& v, int) { v.expand(); }},
+        KeyBinding{virtual_key::pageDown, anyShift, [](View& v, int) { v.shrink(); }},
+        KeyBinding{virtual_key::pageDownAlso, anyShift, [](View& v, int) { v.shrink(); }},
+        KeyBinding{'L', anyShift, [](View& v, int) { v.toggleCountAxis(); }},
+        KeyBinding{virtual_key::f1, anyShift, command<PlotCommand::JumpToChannel>},
+        KeyBinding{'A', anyShift, command<PlotCommand::JumpToChannel>},
+        KeyBinding{'Z', anyShift, command<PlotCommand::JumpToEnergy>},
+        KeyBinding{virtual_key::f7, anyShift, command<PlotCommand::OpenFile>},
+        KeyBinding{'G', anyShift, command<PlotCommand::OpenFile>},
+        KeyBinding{virtual_key::f5, anyShift, command<PlotCommand::OpenEnergyList>},
+        KeyBinding{'E', anyShift, command<PlotCommand::OpenEnergyList>},
+        KeyBinding{'I', anyShift, command<PlotCommand::CalibrateEnergy>},
+        KeyBinding{'B', anyShift, command<PlotCommand::SwitchNuclideMarks>},
+        KeyBinding{'N', anyShift, command<PlotCommand::AskNuclide>},
+    };
+    return bindings;
+}
+
+void SpectrumView::keyDown(int keyCode, int shift) {
+    for (const KeyBinding& binding : keyBindings()) {
+        if (binding.keyCode == keyCode && (binding.shift == anyShift || binding.shift == shift))
+            binding.action(*this, shift);
+    }
+}
+
+namespace {
+
+// Channels that a cursor key moves; other shift states do not move the cursor, but still scroll.
+int stepOf(int shift) {
+    if (shift == 0)
+        return 1;
+    return shift == shiftHeld ? longStep : 0;
+}
+
+}  // namespace
+
+void SpectrumView::leftKey(int shift) {
+    state_.cursorCh = std::max<std::int16_t>(narrow16(state_.cursorCh - stepOf(shift)), 0);
+    if (state_.cursorCh <= state_.viewStartCh + scrollMargin)
+        recentre();
+    else
+        drawCursor();
+}
+
+void SpectrumView::rightKey(int shift) {
+    // One past the last channel is allowed, on purpose.
+    state_.cursorCh =
+        std::min(narrow16(state_.cursorCh + stepOf(shift)), input_.spectrum.channelCount);
+    if (state_.cursorCh >= state_.viewEndCh - scrollMargin)
+        recentre();
+    else
+        drawCursor();
+}
+
+void SpectrumView::upKey() {
+    if (state_.linLogMode == CountAxis::Linear)
+        lowerScale();
+}
+
+void SpectrumView::downKey() {
+    if (state_.linLogMode == CountAxis::Linear)
+        raiseScale();
+}
+
+bool SpectrumView::isPeak(int channel) const {
+    return input_.derived.peakSignificance[channel] > 10.0;
+}
+
+// Both searches start inside the spectrum, wherever the cursor is, and end one past it.
+void SpectrumView::previousPeak() {
+    const int last = input_.spectrum.channelCount - 1;
+    int channel = std::min(std::max(state_.cursorCh - 1, 0), last);
+    while (channel >= 0 && !isPeak(channel))
+        --channel;
+    jumpTo(channel);
+}
+
+void SpectrumView::nextPeak() {
+    const int count = input_.spectrum.channelCount;
+    int channel = std::max(std::min(state_.cursorCh + 1, count - 1), 0);
+    while (channel < count && !isPeak(channel))
+        ++channel;
+    jumpTo(channel);
+}
+
+void SpectrumView::jumpTo(int channel) {
+    state_.cursorCh = narrow16(std::min<int>(std::max(channel, 0), input_.spectrum.channelCount));
+    recentre();
+}
+
+void SpectrumView::mouseDown(double x) {
+    state_.cursorCh = toInt16(x);
+    drawCursor();
+}
+
+void SpectrumView::drawCursor() {
+    const bool shown = isShown(state_, state_.cursorCh);
+    if (shown)
+        canvas_.setDrawWidth(state_.plotMode == PlotMode::Line ? 1 : 2);
+    const bool previousShown = drawnCursor_ > state_.viewStartCh && drawnCursor_ < state_.viewEndCh;
+    window_.placeCursorMark({.previous = {drawnCursor_ + 0.5, previousShown},
+                             .cursor = {state_.cursorCh + 0.5, shown}});
+    drawnCursor_ = state_.cursorCh;
+    if (shown)
+        window_.showStatus(statusLine(input_.spectrum, input_.derived, state_.cursorCh));
+}
+
+}  // namespace kestrel

@@ -1,0 +1,136 @@
+// The spectrum view: what keys, buttons and the mouse do to the range shown and to the cursor, and
+// the redraws that follow.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "base/canvas.h"
+#include "base/dialogs.h"
+#include "view/plot.h"
+#include "view/view_state.h"
+
+namespace kestrel {
+
+// The cursor mark: two lines on the plot. The first stands at the channel that the cursor comes
+// from, where the picture under it is shown again; the second, green, stands at the cursor.
+struct CursorMark {
+    struct Line {
+        double x = 0;  // user coordinate, the middle of the channel's step
+        bool shown = false;
+        friend bool operator==(const Line&, const Line&) = default;
+    };
+    Line previous;
+    Line cursor;
+
+    // Vertical extent of both lines.
+    static constexpr double bottom = 10.0;
+    static constexpr double top = plotTop;
+    static constexpr int colour = 2;
+};
+
+// Commands of the main window that have a key on the plot.
+enum class PlotCommand {
+    JumpToChannel,
+    JumpToEnergy,
+    OpenFile,
+    OpenEnergyList,
+    CalibrateEnergy,
+    SwitchNuclideMarks,
+    AskNuclide,
+};
+
+// What the view asks of the window that it is part of.
+class ViewWindow {
+  public:
+    virtual ~ViewWindow() = default;
+    virtual void showStatus(std::string_view text) = 0;
+    virtual void placeCursorMark(const CursorMark& mark) = 0;
+    // The caption of the Log/Lin button, and whether the full-scale buttons are there.
+    virtual void showCountAxis(CountAxis axis) = 0;
+    virtual void focusPlot() = 0;
+    virtual void run(PlotCommand command) = 0;
+};
+
+// Virtual-key numbers of the keys that the plot knows.
+namespace virtual_key {
+inline constexpr int pageUp = 33;
+inline constexpr int pageDown = 34;
+inline constexpr int left = 37;
+inline constexpr int up = 38;
+inline constexpr int right = 39;
+inline constexpr int down = 40;
+inline constexpr int pageUpAlso = 63;
+inline constexpr int pageDownAlso = 64;
+inline constexpr int f1 = 112;
+inline constexpr int f5 = 116;
+inline constexpr int f7 = 118;
+inline constexpr int comma = 188;
+inline constexpr int fullStop = 190;
+}  // namespace virtual_key
+
+// Shift state: 0 for no modifier, 1 Shift, 2 Ctrl, 4 Alt, or their sum.
+inline constexpr int shiftHeld = 1;
+
+class SpectrumView {
+  public:
+    // The objects behind `input` and the others must outlive the view; `state` is the one in
+    // `input`.
+    SpectrumView(const PlotInput& input, ViewState& state, Canvas& canvas, Dialogs& dialogs,
+                 ViewWindow& window);
+
+    // Start values, the view of the first half of the channels, and the first drawing.
+    void start();
+    // The whole of a spectrum that has just been opened; the cursor keeps its channel.
+    void showNewSpectrum();
+    // The plot got another size.
+    void layout();
+    // The window became the active one.
+    void activate();
+    // The whole picture anew, nothing moved.
+    void redraw();
+
+    void expand();
+    void shrink();
+    void toggleCountAxis();
+    void lowerScale();
+    void raiseScale();
+    void stepLeft();
+    void stepRight();
+    void setPlotMode(PlotMode mode);
+
+    // Faults: Overflow for a cursor step out of 16 bits; those of drawing.
+    void keyDown(int keyCode, int shift);
+    // A press of any button at a place in the user scale. Faults: Overflow.
+    void mouseDown(double x);
+
+  private:
+    struct KeyBinding;
+    static std::span<const KeyBinding> keyBindings();
+    template <PlotCommand which>
+    static void command(SpectrumView& view, int) {
+        view.window_.run(which);
+    }
+
+    void leftKey(int shift);
+    void rightKey(int shift);
+    void upKey();
+    void downKey();
+    void previousPeak();
+    void nextPeak();
+    bool isPeak(int channel) const;
+    void jumpTo(int channel);
+
+    void recentre();
+    void drawCursor();
+
+    PlotInput input_;
+    ViewState& state_;
+    Canvas& canvas_;
+    Dialogs& dialogs_;
+    ViewWindow& window_;
+    std::int16_t drawnCursor_ = 0;
+};
+
+}  // namespace kestrel

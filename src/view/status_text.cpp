@@ -1,0 +1,42 @@
+#include "view/status_text.h"
+
+#include "base/number_text.h"
+#include "base/text.h"
+#include "spectrum/energy_calibration.h"
+#include "spectrum/start_date.h"
+
+namespace kestrel {
+
+char peakMark(double significance) {
+    if (significance > 10.0)
+        return '*';
+    if (significance > 5.0)
+        return '-';
+    return significance > 1.0 ? '_' : ' ';
+}
+
+std::string statusLine(const Spectrum& spectrum, const DerivedArrays& derived,
+                       std::int16_t channel) {
+    const double significance =
+        channel >= spectrum.channelCount ? 0.0 : derived.peakSignificance[channel];
+    const double energy = channelToEnergy(spectrum.calCurrent, channel);
+    return std::string("ch:") + peakMark(significance) +
+           rightAligned(formatNumber(channel, "####0"), 5) + "(" +
+           rightAligned(formatNumber(energy, "####0.0"), 6) + "keV)" +
+           " c:" + rightAligned(formatNumber(spectrum.countsAt(channel), "#####0"), 8);
+}
+
+std::string dateHeader(const Spectrum& spectrum) {
+    return "Date     : " + formatStartDate(spectrum.startDate) + "-" +
+           std::string(spectrum.startTime.view());
+}
+
+std::string commentHeader(const Spectrum& spectrum) {
+    return "Comment  : " + std::string(spectrum.comment.view());
+}
+
+std::string liveTimeHeader(const Spectrum& spectrum) {
+    return "Live: " + formatNumber(spectrum.liveTimeTicks / 50.0, "0.00") + "sec";
+}
+
+}  // namespace kestrel

@@ -1,0 +1,23 @@
+// The status line of the cursor, and the header texts of the plot.
+#pragma once
+
+#include <string>
+
+#include "spectrum/derived_arrays.h"
+#include "spectrum/spectrum.h"
+
+namespace kestrel {
+
+// " " for no peak, "_" and "-" for the surroundings of one, "*" for its centre.
+char peakMark(double significance);
+
+// For example "ch:* 1234( 661.6keV) c:   12345". Faults: SubscriptOutOfRange for a negative
+// channel, Overflow for an energy that does not fit.
+std::string statusLine(const Spectrum& spectrum, const DerivedArrays& derived,
+                       std::int16_t channel);
+
+std::string dateHeader(const Spectrum& spectrum);
+std::string commentHeader(const Spectrum& spectrum);
+std::string liveTimeHeader(const Spectrum& spectrum);
+
+}  // namespace kestrel

@@ -1,0 +1,79 @@
+#include "view/view_state.h"
+
+#include "base/integers.h"
+
+namespace kestrel {
+namespace {
+
+constexpr std::int16_t narrowestHalved = 128;
+constexpr std::int16_t lowestFullScale = 2;
+constexpr std::int16_t highestFullScale = 21;
+
+void setFullScale(ViewState& view, std::int16_t exponent) {
+    view.yScaleExp = exponent;
+    view.yScaleFactor = static_cast<float>(plotTop) / static_cast<float>(1 << exponent);
+}
+
+}  // namespace
+
+void centreViewOnCursor(ViewState& view, std::int16_t channelCount) {
+    const std::int16_t lastChannel = narrow16(channelCount - 1);
+    view.viewStartCh = toInt16(view.cursorCh - view.viewWidth / 2.0);
+    if (view.viewStartCh < 0)
+        view.viewStartCh = 0;
+    const double quarter = view.viewWidth / 4.0;
+    const std::int16_t quarters = toInt16(divide(view.viewStartCh, quarter));
+    view.viewStartCh = toInt16(quarter * quarters);
+    view.viewEndCh = narrow16(view.viewStartCh + view.viewWidth);
+    if (view.viewEndCh > lastChannel) {
+        view.viewEndCh = lastChannel;
+        view.viewStartCh = narrow16(lastChannel - view.viewWidth);
+    }
+    if (view.viewStartCh < 0)
+        view.viewStartCh = 0;
+}
+
+UserScale plotScale(const ViewState& view) {
+    return {.left = view.viewStartCh - view.viewWidth / 16.0,
+            .top = plotTop,
+            .right = static_cast<double>(view.viewStartCh) + view.viewWidth,
+            .bottom = plotBottom};
+}
+
+bool halveWidth(ViewState& view) {
+    if (view.viewWidth < narrowestHalved)
+        return false;
+    view.viewWidth = toInt16(view.viewWidth / 2.0);
+    return true;
+}
+
+bool doubleWidth(ViewState& view, std::int16_t channelCount) {
+    if (view.viewWidth >= channelCount)
+        return false;
+    view.viewWidth = narrow16(std::int64_t{view.viewWidth} * 2);
+    return true;
+}
+
+bool lowerFullScale(ViewState& view) {
+    if (view.yScaleExp <= lowestFullScale)
+        return false;
+    setFullScale(view, narrow16(view.yScaleExp - 1));
+    return true;
+}
+
+bool raiseFullScale(ViewState& view) {
+    if (view.yScaleExp >= highestFullScale)
+        return false;
+    setFullScale(view, narrow16(view.yScaleExp + 1));
+    return true;
+}
+
+void followShownRange(ViewState& view) {
+    view.viewWidth = narrow16(view.viewEndCh - view.viewStartCh + 1);
+}
+
+bool isShown(const ViewState& view, std::int16_t channel) {
+    return channel >= view.viewStartCh && channel <= view.viewEndCh;
+}
+
+}  // namespace kestrel

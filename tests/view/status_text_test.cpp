@@ -1,0 +1,69 @@
+#include "view/status_text.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "fault_matcher.h"
+
+namespace kestrel {
+namespace {
+
+class StatusText : public testing::Test {
+  protected:
+    std::string line(std::int16_t channel, std::int32_t counts, double energy,
+                     double significance) {
+        spectrum->calCurrent = {energy, 0, 0};
+        spectrum->counts[channel] = counts;
+        derived->peakSignificance[channel] = significance;
+        return statusLine(*spectrum, *derived, channel);
+    }
+
+    std::unique_ptr<Spectrum> spectrum = std::make_unique<Spectrum>();
+    std::unique_ptr<DerivedArrays> derived = std::make_unique<DerivedArrays>();
+};
+
+TEST_F(StatusText, HasFieldsOfFixedWidth) {
+    EXPECT_EQ(line(1234, 12345, 661.6, 12), "ch:* 1234( 661.6keV) c:   12345");
+    EXPECT_EQ(line(0, 0, 0, 0), "ch:     0(   0.0keV) c:       0");
+    EXPECT_EQ(line(16383, 100000, -5.25, 0), "ch: 16383(  -5.2keV) c:  100000");
+}
+
+TEST_F(StatusText, CutsTooLongFieldsAtTheRight) {
+    EXPECT_EQ(line(1, 123456789, 10000.4, 0), "ch:     1(10000.keV) c:12345678");
+}
+
+TEST_F(StatusText, MarksPeaksByStrictComparisons) {
+    for (const auto& [value, mark] : {std::pair{0.0, ' '},
+                                      {1.0, ' '},
+                                      {1.1, '_'},
+                                      {2.0, '_'},
+                                      {4.0, '_'},
+                                      {5.0, '_'},
+                                      {8.0, '-'},
+                                      {10.0, '-'},
+                                      {10.001, '*'}})
+        EXPECT_EQ(line(1, 1, 1, value)[3], mark) << value;
+}
+
+TEST_F(StatusText, ShowsChannelsPastTheEndAsEmpty) {
+    spectrum->calCurrent = {};
+    spectrum->counts[100] = 5;
+    derived->peakSignificance[100] = 20;
+    spectrum->channelCount = 100;
+    EXPECT_EQ(statusLine(*spectrum, *derived, 100), "ch:   100(   0.0keV) c:       0");
+    EXPECT_FAULT(statusLine(*spectrum, *derived, -1), Fault::SubscriptOutOfRange);
+}
+
+TEST_F(StatusText, WritesTheHeaderTexts) {
+    spectrum->startDate.assign("16NOV261");
+    spectrum->startTime.assign("123005");
+    spectrum->comment.assign("Soil 1");
+    spectrum->liveTimeTicks = 30001;
+    EXPECT_EQ(dateHeader(*spectrum), "Date     : 2026/11/16-123005");
+    EXPECT_EQ(commentHeader(*spectrum), "Comment  : Soil 1" + std::string(58, ' '));
+    EXPECT_EQ(liveTimeHeader(*spectrum), "Live: 600.02sec");
+}
+
+}  // namespace
+}  // namespace kestrel
