@@ -1,0 +1,265 @@
+#include "app/form2.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFile>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include "base/qt/fonts.h"
+#include "base/qt/placement.h"
+#include "base/qt/text_codec.h"
+#include "spectrum/open_spectrum.h"
+#include "version.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int mainPlacement = 2;
+constexpr int informationPlacement = 10;
+// A stored width of less than this, in twips, is no window that anybody left.
+constexpr int narrowestPlacement = 1000;
+
+QPushButton* button(QWidget* parent, const char* name, const char* caption,
+                    const char* accessible) {
+    auto* result = new QPushButton(QString::fromLatin1(caption), parent);
+    result->setObjectName(QString::fromLatin1(name));
+    result->setAccessibleName(QString::fromLatin1(accessible));
+    // A click leaves the keys with the plot.
+    result->setFocusPolicy(Qt::TabFocus);
+    return result;
+}
+
+}  // namespace
+
+QString baseCaption() {
+    return QStringLiteral("Kestrel  Ver: %1. %2 Rev: %3")
+        .arg(versionMajor)
+        .arg(versionMinor)
+        .arg(versionRevision);
+}
+
+Form2::Form2(Module1& module, Dialogs& dialogs)
+    : Picture1(new PictureBox(this)),
+      Command1(button(this, "Command1", "<>", "Expand")),
+      Command2(button(this, "Command2", "", "Logarithmic or linear")),
+      Command3(button(this, "Command3", "Yexp", "Lower the full scale")),
+      Command4(button(this, "Command4", "Ycnt", "Raise the full scale")),
+      Command5(button(this, "Command5", "<-", "Cursor left")),
+      Command6(button(this, "Command6", "->", "Cursor right")),
+      Command7(button(this, "Command7", "><", "Shrink")),
+      Text1(new QLineEdit(this)),
+      module_(module),
+      dialogs_(dialogs),
+      view_({module.spectrum, module.derived, module.view, module.channelColour, module.palette},
+            module.view, Picture1->canvas(), dialogs, *this) {
+    setObjectName(QStringLiteral("Form2"));
+    Picture1->setObjectName(QStringLiteral("Picture1"));
+    Text1->setObjectName(QStringLiteral("Text1"));
+    placeControls();
+    buildMenus();
+    connectControls();
+    Form_Load();
+}
+
+void Form2::placeControls() {
+    Text1->setReadOnly(true);
+    Text1->setFocusPolicy(Qt::ClickFocus);
+    Text1->installEventFilter(this);
+    Text1->setFont(fixedPitchFont(11));
+    Text1->setMinimumWidth(Text1->fontMetrics().horizontalAdvance(QLatin1Char('0')) * 36);
+    Text1->setAccessibleName(tr("Status line"));
+    auto* row = new QHBoxLayout;
+    for (QPushButton* b : {Command1, Command7, Command2, Command3, Command4, Command5, Command6}) {
+        QSizePolicy policy = b->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        b->setSizePolicy(policy);
+        b->setMinimumWidth(b->fontMetrics().horizontalAdvance(QStringLiteral("  Yexp  ")));
+        row->addWidget(b);
+    }
+    row->addWidget(Text1, 1);
+    auto* central = new QWidget(this);
+    auto* column = new QVBoxLayout(central);
+    column->setContentsMargins(6, 6, 6, 6);
+    column->addWidget(Picture1, 1);
+    column->addLayout(row);
+    setCentralWidget(central);
+    // Smaller than this the texts of the plot would be cut or overlap.
+    Picture1->setMinimumSize(700, 320);
+    resize(QSize(1100, 740).boundedTo(screen()->availableSize()));
+}
+
+void Form2::connectControls() {
+    connect(Command1, &QPushButton::clicked, this, [this] { view_.expand(); });
+    connect(Command7, &QPushButton::clicked, this, [this] { view_.shrink(); });
+    connect(Command2, &QPushButton::clicked, this, [this] { view_.toggleCountAxis(); });
+    connect(Command3, &QPushButton::clicked, this, [this] { view_.lowerScale(); });
+    connect(Command4, &QPushButton::clicked, this, [this] { view_.raiseScale(); });
+    connect(Command5, &QPushButton::clicked, this, [this] { view_.stepLeft(); });
+    connect(Command6, &QPushButton::clicked, this, [this] { view_.stepRight(); });
+    // Held down, the step buttons go on stepping.
+    Command5->setAutoRepeat(true);
+    Command6->setAutoRepeat(true);
+    connect(Picture1, &PictureBox::keyDown, this,
+            [this](int keyCode, int shift) { view_.keyDown(keyCode, shift); });
+    connect(Picture1, &PictureBox::mouseDown, this, &Form2::Picture1_MouseDown);
+    connect(Picture1, &PictureBox::resized, this, &Form2::Picture1_Resize);
+    connect(Picture1, &PictureBox::rescaled, this, [this] { view_.redraw(); });
+}
+
+void Form2::Form_Load() {
+    setWindowTitle(baseCaption());
+    const WindowPlacement& placement = module_.settings.windowPlacement[mainPlacement];
+    if (placement.width > narrowestPlacement)
+        place(*this, placement);
+    Text1->clear();
+    view_.start();
+    Picture1->setFocus();
+}
+
+// The window system's own first sizing is no layout: the view keeps its width.
+void Form2::Picture1_Resize() {
+    if (Picture1->seen())
+        view_.layout();
+    else
+        view_.redraw();
+}
+
+void Form2::Picture1_MouseDown(int, int, double x, double) {
+    view_.mouseDown(x);
+}
+
+void Form2::openSpectrumFile() {
+    const OpenTarget target{module_.spectrum, module_.derived, module_.headerLines};
+    const OpenResult result = kestrel::openSpectrumFile(target, module_.settings.lastDirectory,
+                                                        module_.lastFilterIndex, dialogs_);
+    if (result == OpenResult::Refused)
+        return;
+    if (result == OpenResult::Loaded) {
+        showCaption();
+        if (form10_)
+            form10_->refresh();
+        view_.showNewSpectrum();
+    }
+    focusPlot();
+}
+
+void Form2::showCaption() {
+    QString path = QFile::decodeName(module_.spectrum.filePath.c_str());
+    // In a window title Qt takes this for the mark of unsaved changes.
+    path.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+    setWindowTitle(path + QStringLiteral(" ... ") + baseCaption());
+}
+
+void Form2::showDataInformation() {
+    if (!form10_)
+        form10_ = std::make_unique<Form10>(
+            module_.headerLines, module_.settings.windowPlacement[informationPlacement], this);
+    form10_->show();
+    form10_->raise();
+    form10_->activateWindow();
+}
+
+void Form2::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        view_.activate();
+}
+
+// A message in front of the window takes the release of a held button away from it.
+bool Form2::event(QEvent* event) {
+    if (event->type() == QEvent::WindowBlocked) {
+        Command5->setDown(false);
+        Command6->setDown(false);
+    }
+    return QMainWindow::event(event);
+}
+
+// The status line can be selected and copied; all other keys belong to the plot.
+bool Form2::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != Text1 || event->type() != QEvent::KeyPress)
+        return QMainWindow::eventFilter(watched, event);
+    const auto* key = static_cast<QKeyEvent*>(event);
+    const bool own = key->matches(QKeySequence::Copy) || key->matches(QKeySequence::SelectAll) ||
+                     key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab ||
+                     key->key() == Qt::Key_Control || key->key() == Qt::Key_Shift;
+    if (own)
+        return false;
+    focusPlot();
+    QApplication::sendEvent(Picture1, event);
+    return true;
+}
+
+bool Form2::closeOtherWindows() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window != this && window->isVisible() && !window->close())
+            return false;
+    }
+    return true;
+}
+
+// Settings that could not be saved do not keep the user here for ever.
+bool Form2::mayLeave() {
+    return settingsUnsaved_ &&
+           dialogs_.message(
+               {.text = "The settings could not be saved.\nLeave without saving them ?",
+                .title = "Check...",
+                .icon = Icon::Question,
+                .buttons = Buttons::OkCancel});
+}
+
+void Form2::closeEvent(QCloseEvent* event) {
+    module_.settings.windowPlacement[mainPlacement] = placementOf(*this);
+    event->ignore();
+    if (!closeOtherWindows())
+        return;
+    if (!mayLeave()) {
+        settingsUnsaved_ = true;
+        writeSettings(module_.settings, module_.spectrum);
+        settingsUnsaved_ = false;
+    }
+    event->accept();
+}
+
+void Form2::showStatus(std::string_view text) {
+    Text1->setText(toWindow(text));
+}
+
+void Form2::placeCursorMark(const CursorMark& mark) {
+    Picture1->placeCursorMark(mark);
+}
+
+// The caption names the scale that a click switches to.
+void Form2::showCountAxis(CountAxis axis) {
+    const bool linear = axis == CountAxis::Linear;
+    Command2->setText(linear ? QStringLiteral("Log") : QStringLiteral("Lin"));
+    Command3->setVisible(linear);
+    Command4->setVisible(linear);
+}
+
+void Form2::focusPlot() {
+    Picture1->setFocus();
+}
+
+void Form2::run(PlotCommand command) {
+    switch (command) {
+        case PlotCommand::JumpToChannel:
+            return jump_ch_Click();
+        case PlotCommand::JumpToEnergy:
+            return jump_engy_Click();
+        case PlotCommand::OpenFile:
+            return f11_Click(0);
+        case PlotCommand::OpenEnergyList:
+            return win_wngy_Click();
+        case PlotCommand::CalibrateEnergy:
+            return o11_Click(0);
+        case PlotCommand::SwitchNuclideMarks:
+            return o11_Click(3);
+        case PlotCommand::AskNuclide:
+            return askNuclide();
+    }
+}
+
+}  // namespace kestrel

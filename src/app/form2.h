@@ -1,0 +1,92 @@
+// Form2, the main window: one spectrum in its plot area, a row of buttons, the status line and the
+// menus.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include <QAction>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QPushButton>
+
+#include "app/module1.h"
+#include "base/dialogs.h"
+#include "spectrum/form10.h"
+#include "view/picture_box.h"
+#include "view/spectrum_view.h"
+
+namespace kestrel {
+
+class Form2 : public QMainWindow, private ViewWindow {
+    Q_OBJECT
+
+  public:
+    // Both must outlive the window. The state is started already.
+    Form2(Module1& module, Dialogs& dialogs);
+
+    // Draws what is still to be drawn; for tests and screenshots.
+    const QImage& picture() { return Picture1->picture(); }
+
+    PictureBox* const Picture1;
+    QPushButton* const Command1;
+    QPushButton* const Command2;
+    QPushButton* const Command3;
+    QPushButton* const Command4;
+    QPushButton* const Command5;
+    QPushButton* const Command6;
+    QPushButton* const Command7;
+    QLineEdit* const Text1;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    // Menus. The indices of f11 have gaps on purpose.
+    void buildMenus();
+    void buildFileMenu();
+    void buildJumpMenu();
+    void buildOptionMenu();
+    void buildWindowMenu();
+    void f11_Click(int index);
+    void o11_Click(int index);
+    void o111_Click(int index);
+    void pkarea_Click();
+    void jump_ch_Click();
+    void jump_engy_Click();
+    void win_wngy_Click();
+    void win_nd_Click();
+
+    void placeControls();
+    void connectControls();
+    void Form_Load();
+    void Picture1_Resize();
+    void Picture1_MouseDown(int button, int shift, double x, double y);
+
+    void askNuclide();
+    void openSpectrumFile();
+    void showCaption();
+    void showDataInformation();
+    bool closeOtherWindows();
+    bool mayLeave();
+
+    void showStatus(std::string_view text) override;
+    void placeCursorMark(const CursorMark& mark) override;
+    void showCountAxis(CountAxis axis) override;
+    void focusPlot() override;
+    void run(PlotCommand command) override;
+
+    Module1& module_;
+    Dialogs& dialogs_;
+    SpectrumView view_;
+    std::unique_ptr<Form10> form10_;
+    bool settingsUnsaved_ = false;  // the last attempt to save them failed
+};
+
+// "Kestrel  Ver: 1. 0 Rev: 0", blanks included.
+QString baseCaption();
+
+}  // namespace kestrel

@@ -1,0 +1,117 @@
+// The menu tree of the main window, and what its items do.
+
+#include <QActionGroup>
+#include <QMenu>
+#include <QMenuBar>
+
+#include "app/form2.h"
+
+namespace kestrel {
+namespace {
+
+QString itemName(const char* control, int index) {
+    return QStringLiteral("%1(%2)").arg(QLatin1String(control)).arg(index);
+}
+
+template <typename Handler>
+QAction* addItem(QWidget* menu, const QString& name, const char* caption, Handler handler) {
+    auto* action = new QAction(QString::fromLatin1(caption), menu);
+    action->setObjectName(name);
+    QObject::connect(action, &QAction::triggered, menu, [handler] { handler(); });
+    menu->addAction(action);
+    return action;
+}
+
+}  // namespace
+
+void Form2::buildMenus() {
+    buildFileMenu();
+    addItem(menuBar(), QStringLiteral("pkarea"), "&pkArea", [this] { pkarea_Click(); });
+    buildJumpMenu();
+    buildOptionMenu();
+    buildWindowMenu();
+}
+
+void Form2::buildFileMenu() {
+    QMenu* menu = menuBar()->addMenu(QStringLiteral("&File"));
+    const auto add = [this, menu](int index, const char* caption) {
+        addItem(menu, itemName("f11", index), caption, [this, index] { f11_Click(index); });
+    };
+    add(0, "&Open File...");
+    add(1, "&Data Inform");
+    add(4, "&Save as CSV");
+    add(20, "&Print");
+    menu->addSeparator()->setObjectName(itemName("f11", 30));
+    add(40, "E&xit");
+}
+
+void Form2::buildJumpMenu() {
+    QMenu* menu = menuBar()->addMenu(QStringLiteral("&Jump"));
+    menu->menuAction()->setObjectName(QStringLiteral("jump"));
+    addItem(menu, QStringLiteral("jump_ch"), "&Ch", [this] { jump_ch_Click(); });
+    addItem(menu, QStringLiteral("jump_engy"), "&Energy", [this] { jump_engy_Click(); });
+}
+
+void Form2::buildOptionMenu() {
+    QMenu* menu = menuBar()->addMenu(QStringLiteral("&Option"));
+    menu->menuAction()->setObjectName(QStringLiteral("optn"));
+    const auto add = [this, menu](int index, const char* caption) {
+        addItem(menu, itemName("o11", index), caption, [this, index] { o11_Click(index); });
+    };
+    add(0, "&Energy Calib");
+    add(1, "&NuclDB Dir");
+    QMenu* modes = menu->addMenu(QStringLiteral("&Plot Mode"));
+    modes->menuAction()->setObjectName(itemName("o11", 2));
+    auto* group = new QActionGroup(modes);
+    for (const auto& [index, caption] : {std::pair{0, "&Line"}, std::pair{1, "&Dots"}}) {
+        QAction* mode = addItem(modes, itemName("o111", index), caption,
+                                [this, index = index] { o111_Click(index); });
+        mode->setCheckable(true);
+        mode->setChecked(index == 0);
+        group->addAction(mode);
+    }
+    add(3, "Nucl&ROI(ON/OFF)");
+}
+
+void Form2::buildWindowMenu() {
+    QMenu* menu = menuBar()->addMenu(QStringLiteral("&Window"));
+    menu->menuAction()->setObjectName(QStringLiteral("win"));
+    addItem(menu, QStringLiteral("win_wngy"), "Open &EnergyList", [this] { win_wngy_Click(); });
+    addItem(menu, QStringLiteral("win_nd"), "Open &NuclData", [this] { win_nd_Click(); });
+}
+
+void Form2::f11_Click(int index) {
+    switch (index) {
+        case 0:
+            openSpectrumFile();
+            break;
+        case 1:
+            showDataInformation();
+            break;
+        case 40:
+            close();
+            break;
+        default:
+            break;
+    }
+}
+
+void Form2::o11_Click(int) {}
+
+void Form2::o111_Click(int index) {
+    view_.setPlotMode(index == 0 ? PlotMode::Line : PlotMode::Dots);
+}
+
+void Form2::pkarea_Click() {}
+
+void Form2::jump_ch_Click() {}
+
+void Form2::jump_engy_Click() {}
+
+void Form2::win_wngy_Click() {}
+
+void Form2::win_nd_Click() {}
+
+void Form2::askNuclide() {}
+
+}  // namespace kestrel

@@ -1,0 +1,18 @@
+// Window places between runs, in twips.
+#pragma once
+
+#include <QWidget>
+
+#include "base/window_placement.h"
+
+namespace kestrel {
+
+inline constexpr int twipsPerPixel = 15;
+
+WindowPlacement placementOf(const QWidget& window);
+
+// Moves and sizes the window. One that would lie on no screen any more is brought onto the nearest,
+// and none is made larger than its screen.
+void place(QWidget& window, const WindowPlacement& placement);
+
+}  // namespace kestrel

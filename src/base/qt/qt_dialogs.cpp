@@ -1,0 +1,156 @@
+#include "base/qt/qt_dialogs.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QMessageBox>
+
+#include "base/qt/text_codec.h"
+
+namespace kestrel {
+namespace {
+
+// The object name of the list of filters in Qt's own dialog.
+constexpr const char* filterList = "fileTypeCombo";
+
+QMessageBox::Icon toQtIcon(Icon icon) {
+    switch (icon) {
+        case Icon::Question:
+            return QMessageBox::Question;
+        case Icon::Exclamation:
+            return QMessageBox::Warning;
+        case Icon::None:
+            break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+// A pattern such as "*.chn" for either letter case: "*.[cC][hH][nN]". "*.*" means every file, also
+// one without a point in its name.
+QString toQtPattern(const std::string& pattern) {
+    if (pattern == "*.*")
+        return QStringLiteral("*");
+    QString result;
+    for (const char c : pattern) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (std::isalpha(byte) != 0)
+            result +=
+                QStringLiteral("[%1%2]").arg(QChar(std::tolower(byte)), QChar(std::toupper(byte)));
+        else
+            result += QChar(byte);
+    }
+    return result;
+}
+
+QStringList toQtFilters(const std::vector<FileFilter>& filters) {
+    QStringList result;
+    for (const FileFilter& filter : filters)
+        result += toWindow(filter.text) + QStringLiteral(" (") + toQtPattern(filter.pattern) +
+                  QLatin1Char(')');
+    return result;
+}
+
+// Qt's own dialog folds blanks in the texts of its filter list; here they are set to the blank.
+void setFilterTexts(QComboBox& list, const std::vector<FileFilter>& filters) {
+    for (std::size_t i = 0; i < filters.size(); ++i)
+        list.setItemText(static_cast<int>(i), toWindow(filters[i].text));
+}
+
+// The entry that is selected, counted from 1. A desktop's dialog hands back the text of a filter,
+// with or without its pattern and with blanks folded.
+int selectedFilter(const QFileDialog& dialog, const FileDialog& request) {
+    if (const auto* list = dialog.findChild<QComboBox*>(QString::fromLatin1(filterList)))
+        return list->currentIndex() + 1;
+    const QString selected = dialog.selectedNameFilter().simplified();
+    for (std::size_t i = 0; i < request.filters.size(); ++i) {
+        if (selected.startsWith(toWindow(request.filters[i].text).simplified()))
+            return static_cast<int>(i) + 1;
+    }
+    return request.filterIndex;
+}
+
+void prepare(QFileDialog& dialog, const FileDialog& request) {
+    dialog.setWindowTitle(toWindow(request.title));
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    const QStringList filters = toQtFilters(request.filters);
+    dialog.setNameFilters(filters);
+    dialog.selectNameFilter(filters.value(request.filterIndex - 1));
+    dialog.setDirectory(request.folder.empty() ? QDir::currentPath()
+                                               : QFile::decodeName(request.folder.c_str()));
+    if (auto* list = dialog.findChild<QComboBox*>(QString::fromLatin1(filterList))) {
+        setFilterTexts(*list, request.filters);
+        list->setCurrentIndex(request.filterIndex - 1);
+    }
+}
+
+FileChoice chooseFile(const FileDialog& request, QFileDialog::AcceptMode mode) {
+    QFileDialog dialog(QApplication::activeWindow());
+    dialog.setAcceptMode(mode);
+    dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
+                                                       : QFileDialog::AnyFile);
+    prepare(dialog, request);
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    FileChoice choice{.path = {}, .filterIndex = selectedFilter(dialog, request)};
+    if (accepted && !dialog.selectedFiles().isEmpty()) {
+        const QString path = dialog.selectedFiles().constFirst();
+        QDir::setCurrent(QFileInfo(path).absolutePath());
+        choice.path = QFile::encodeName(path).toStdString();
+    }
+    return choice;
+}
+
+}  // namespace
+
+bool QtDialogs::message(const MessageBox& box) {
+    QMessageBox dialog(QApplication::activeWindow());
+    dialog.setIcon(toQtIcon(box.icon));
+    dialog.setWindowTitle(toWindow(box.title));
+    dialog.setTextFormat(Qt::PlainText);
+    dialog.setText(toWindow(box.text));
+    dialog.setInformativeText(toWindow(box.details));
+    dialog.setStandardButtons(box.buttons == Buttons::Ok ? QMessageBox::Ok
+                                                         : QMessageBox::Ok | QMessageBox::Cancel);
+    dialog.setDefaultButton(QMessageBox::Ok);
+    return dialog.exec() == QMessageBox::Ok;
+}
+
+std::string QtDialogs::input(const InputBox& box) {
+    bool accepted = false;
+    const QString text =
+        QInputDialog::getText(QApplication::activeWindow(), toWindow(box.title),
+                              toWindow(box.prompt), QLineEdit::Normal, QString(), &accepted);
+    return accepted ? fromWindow(text) : std::string();
+}
+
+FileChoice QtDialogs::openFile(const FileDialog& dialog) {
+    return chooseFile(dialog, QFileDialog::AcceptOpen);
+}
+
+FileChoice QtDialogs::saveFile(const FileDialog& dialog) {
+    return chooseFile(dialog, QFileDialog::AcceptSave);
+}
+
+// Nothing of the program prints yet.
+std::unique_ptr<PrintJob> QtDialogs::print() {
+    return nullptr;
+}
+
+void QtDialogs::setPointer(Pointer pointer) {
+    const bool hourglass = pointer == Pointer::Hourglass;
+    if (hourglass == hourglass_)
+        return;
+    hourglass_ = hourglass;
+    if (hourglass)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
+}
+
+}  // namespace kestrel

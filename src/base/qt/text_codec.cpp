@@ -1,0 +1,84 @@
+#include "base/qt/text_codec.h"
+
+#include <algorithm>
+#include <array>
+
+#include <QByteArrayView>
+#include <QStringDecoder>
+#include <QStringEncoder>
+
+namespace kestrel {
+namespace {
+
+constexpr const char* japaneseCodePage = "windows-31j";
+// What the converters put in the place of a character that the code page lacks.
+constexpr char16_t substitute = 0x1A;
+
+bool isAscii(std::string_view bytes) {
+    return std::ranges::all_of(bytes, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// Bytes that Japanese text has and Latin-1 text has not: one of 0x81 to 0x9F, with which kana and
+// the common kanji begin, or three half-width katakana in a row. Without them an accented letter
+// and the letter behind it would pass for a rare kanji.
+bool looksJapanese(std::string_view bytes) {
+    int katakanaRun = 0;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        katakanaRun = byte >= 0xA1 && byte <= 0xDF ? katakanaRun + 1 : 0;
+        if ((byte >= 0x81 && byte <= 0x9F) || katakanaRun >= 3)
+            return true;
+    }
+    return false;
+}
+
+enum class Ending { Complete, Cut };
+
+// Empty where the bytes are not of this encoding. A field of fixed width may end inside a
+// character, which is then left out; without a whole character before it that would be no evidence.
+QString decode(const char* encoding, std::string_view bytes, Ending ending) {
+    const auto flags =
+        ending == Ending::Cut ? QStringConverter::Flag::Default : QStringConverter::Flag::Stateless;
+    QStringDecoder decoder(encoding, flags);
+    const QString text =
+        decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    const bool replaced =
+        text.contains(QChar::ReplacementCharacter) || text.contains(QChar(substitute));
+    const bool evidence = std::ranges::any_of(text, [](QChar c) { return c.unicode() >= 0x80; });
+    return decoder.hasError() || replaced || !evidence ? QString() : text;
+}
+
+std::string encode(QStringEncoder encoder, const QString& text) {
+    const QByteArray bytes = encoder(text);
+    return encoder.hasError() ? std::string() : bytes.toStdString();
+}
+
+}  // namespace
+
+QString toWindow(std::string_view bytes) {
+    const auto size = static_cast<qsizetype>(bytes.size());
+    if (isAscii(bytes))
+        return QString::fromLatin1(bytes.data(), size);
+    const bool japanese = looksJapanese(bytes);
+    for (const Ending ending : {Ending::Complete, Ending::Cut}) {
+        if (QString text = decode("UTF-8", bytes, ending); !text.isEmpty())
+            return text;
+        if (QString text = decode(japaneseCodePage, bytes, ending); japanese && !text.isEmpty())
+            return text;
+    }
+    return QString::fromLatin1(bytes.data(), size);
+}
+
+std::string fromWindow(const QString& text) {
+    const std::array candidates = {
+        encode(QStringEncoder(japaneseCodePage), text),
+        encode(QStringEncoder(QStringEncoder::Latin1), text),
+    };
+    for (const std::string& bytes : candidates) {
+        if (!bytes.empty() && toWindow(bytes) == text)
+            return bytes;
+    }
+    return text.toStdString();
+}
+
+}  // namespace kestrel

@@ -1,0 +1,302 @@
+#include "app/form2.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include <QApplication>
+#include <QTest>
+
+#include "app/module1.h"
+#include "base/qt/kestrel_application.h"
+#include "chn_bytes.h"
+#include "scripted_dialogs.h"
+#include "temp_folder.h"
+
+namespace kestrel {
+namespace {
+
+class MainWindow : public testing::Test {
+  protected:
+    MainWindow() {
+        static_cast<KestrelApplication*>(qApp)->showFaultsIn(dialogs);
+        startModule1(*module, folder.path());
+        start();
+    }
+
+    void start() {
+        form2 = std::make_unique<Form2>(*module, dialogs);
+        form2->show();
+        QApplication::processEvents();
+        form2->grab();
+        QApplication::processEvents();
+    }
+
+    void open(const std::string& path) {
+        dialogs.fileAnswer = {.path = path, .filterIndex = 1};
+        QTest::keyClick(form2->Picture1, Qt::Key_G);
+    }
+    void openSample() { open(KESTREL_SAMPLES "/eu152-co60-cs137-4096.chn"); }
+
+    void trigger(const char* name) const {
+        auto* action = form2->findChild<QAction*>(QString::fromLatin1(name));
+        ASSERT_NE(action, nullptr) << name;
+        action->trigger();
+    }
+    std::string status() const { return form2->Text1->text().toStdString(); }
+    std::string caption() const { return form2->windowTitle().toStdString(); }
+
+    // How many dots of a colour the picture has in the column of a channel.
+    int dotsAt(int channel, QRgb colour, const QImage& picture) const {
+        const auto& canvas = static_cast<const PainterCanvas&>(form2->Picture1->canvas());
+        const int x = canvas.toDevice(channel, 0).x();
+        int count = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            count += (picture.pixel(x, y) | 0xFF000000) == colour ? 1 : 0;
+        return count;
+    }
+
+    test::TempFolder folder;
+    test::ScriptedDialogs dialogs;
+    std::unique_ptr<Module1> module = std::make_unique<Module1>();
+    std::unique_ptr<Form2> form2;
+};
+
+constexpr QRgb green = 0xFF008000;
+constexpr QRgb white = 0xFFFFFFFF;
+
+TEST_F(MainWindow, StartsWithTheBaseCaptionAndABlankSpectrum) {
+    EXPECT_EQ(caption(), "Kestrel  Ver: 1. 0 Rev: 0");
+    EXPECT_EQ(status(), "ch:     0(   0.0keV) c:       0");
+    EXPECT_EQ(module->view.viewEndCh, 8192);
+    EXPECT_EQ(module->view.viewWidth, 8192);
+    EXPECT_EQ(form2->Command2->text(), "Lin");
+    EXPECT_FALSE(form2->Command3->isVisible());
+    EXPECT_TRUE(form2->Picture1->hasFocus());
+}
+
+TEST_F(MainWindow, HasItsWholeMenuTree) {
+    struct Item {
+        const char* name;
+        const char* caption;
+    };
+    const Item items[] = {
+        {"f11(0)", "Open File..."},
+        {"f11(1)", "Data Inform"},
+        {"f11(4)", "Save as CSV"},
+        {"f11(20)", "Print"},
+        {"f11(30)", ""},
+        {"f11(40)", "Exit"},
+        {"pkarea", "pkArea"},
+        {"jump", "Jump"},
+        {"jump_ch", "Ch"},
+        {"jump_engy", "Energy"},
+        {"optn", "Option"},
+        {"o11(0)", "Energy Calib"},
+        {"o11(1)", "NuclDB Dir"},
+        {"o11(2)", "Plot Mode"},
+        {"o111(0)", "Line"},
+        {"o111(1)", "Dots"},
+        {"o11(3)", "NuclROI(ON/OFF)"},
+        {"win", "Window"},
+        {"win_wngy", "Open EnergyList"},
+        {"win_nd", "Open NuclData"},
+    };
+    for (const Item& item : items) {
+        const auto* action = form2->findChild<QAction*>(QString::fromLatin1(item.name));
+        ASSERT_NE(action, nullptr) << item.name;
+        EXPECT_EQ(action->text().remove(QLatin1Char('&')), item.caption);
+    }
+}
+
+TEST_F(MainWindow, OpensASampleByKeysAndShowsIt) {
+    openSample();
+    EXPECT_EQ(caption(),
+              KESTREL_SAMPLES "/eu152-co60-cs137-4096.chn ... Kestrel  Ver: 1. 0 Rev: 0");
+    EXPECT_EQ(module->view.viewEndCh, 4096);
+    EXPECT_EQ(module->view.viewWidth, 4097);
+    EXPECT_EQ(module->spectrum.liveTime, 600);
+    EXPECT_GT(dotsAt(2000, white, form2->picture()), 0);
+}
+
+TEST_F(MainWindow, ShowsOneGreenMarkAtTheCursorAndNoTraceOfOlderOnes) {
+    openSample();
+    for (int i = 0; i < 20; ++i)
+        QTest::keyClick(form2->Picture1, Qt::Key_Right, Qt::ShiftModifier);
+    ASSERT_EQ(module->view.cursorCh, 640);
+    const QImage shown = form2->Picture1->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    int green_columns = 0;
+    for (int x = 0; x < shown.width(); ++x) {
+        int dots = 0;
+        for (int y = 0; y < shown.height(); ++y)
+            dots += (shown.pixel(x, y) | 0xFF000000) == green ? 1 : 0;
+        green_columns += dots > shown.height() / 2 ? 1 : 0;
+    }
+    EXPECT_EQ(green_columns, 1);
+    EXPECT_GT(dotsAt(640, green, shown) + dotsAt(641, green, shown), shown.height() / 2);
+}
+
+TEST_F(MainWindow, JumpsFromPeakToPeakByTheSigns) {
+    openSample();
+    QTest::keyClick(form2->Picture1, Qt::Key_A);  // an action of its own, later
+    int peaks = 0;
+    while (module->view.cursorCh < 4096 && peaks < 1000) {
+        QTest::keyClick(form2->Picture1, Qt::Key_Greater, Qt::ShiftModifier);
+        ++peaks;
+        if (module->view.cursorCh < 4096) {
+            EXPECT_EQ(status()[3], '*') << module->view.cursorCh;
+        }
+    }
+    EXPECT_GT(peaks, 30);
+    EXPECT_LT(peaks, 200);
+}
+
+TEST_F(MainWindow, SwitchesScaleAndPlotModeByButtonsAndMenu) {
+    openSample();
+    QTest::mouseClick(form2->Command2, Qt::LeftButton);
+    EXPECT_EQ(form2->Command2->text(), "Log");
+    EXPECT_TRUE(form2->Command3->isVisible());
+    QTest::mouseClick(form2->Command3, Qt::LeftButton);
+    EXPECT_EQ(module->view.yScaleExp, 9);
+    QTest::keyClick(form2->Picture1, Qt::Key_Down);
+    EXPECT_EQ(module->view.yScaleExp, 10);
+    QTest::mouseClick(form2->Command1, Qt::LeftButton);
+    EXPECT_EQ(module->view.viewWidth, 2048);
+    trigger("o111(1)");
+    EXPECT_EQ(module->view.plotMode, PlotMode::Dots);
+    EXPECT_TRUE(form2->Picture1->hasFocus());
+}
+
+TEST_F(MainWindow, PutsTheCursorWhereAMouseButtonIsPressed) {
+    openSample();
+    auto& canvas = static_cast<PainterCanvas&>(form2->Picture1->canvas());
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
+        const QPoint place = canvas.toDevice(1000 + static_cast<int>(button), 600);
+        QTest::mousePress(form2->Picture1, button, {}, place);
+        EXPECT_NEAR(module->view.cursorCh, 1000 + static_cast<int>(button), 3);
+    }
+}
+
+TEST_F(MainWindow, ShowsFaultsAndRefusalsAndGoesOn) {
+    struct Case {
+        const char* name;
+        std::string bytes;
+        const char* message;
+    };
+    const char* refusal = "File does not read.\nDifferent format ?!   Check file type !!";
+    const Case cases[] = {
+        {"text.chn", "a text", refusal},
+        {"empty.chn", "", refusal},
+        {"long.chn", test::ChnBytes{.channelCount = 17002}.bytes(),
+         "Run-time error '9':\n\nSubscript out of range"},
+        {"negative.chn", test::ChnBytes{.channelCount = -5}.bytes(), nullptr},
+        {"full.chn", test::ChnBytes{.channelCount = 17001}.bytes(), nullptr},
+        {"cut.chn", test::ChnBytes{}.bytes().substr(0, 41), nullptr},
+    };
+    for (const Case& c : cases) {
+        dialogs.messages.clear();
+        dialogs.pointer = Pointer::Hourglass;
+        open(folder.write(c.name, c.bytes));
+        ASSERT_EQ(dialogs.messages.size(), c.message == nullptr ? 0U : 1U) << c.name;
+        if (c.message != nullptr) {
+            EXPECT_EQ(dialogs.messages[0].text, c.message);
+        }
+        EXPECT_EQ(dialogs.pointer, Pointer::Default) << c.name;
+        for (const Qt::Key key :
+             {Qt::Key_Right, Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_L, Qt::Key_Left})
+            QTest::keyClick(form2->Picture1, key);
+        form2->resize(form2->width() + 1, form2->height());
+        form2->grab();
+        openSample();
+        EXPECT_EQ(module->spectrum.channelCount, 4096) << c.name;
+    }
+}
+
+TEST_F(MainWindow, GoesOnDrawingAfterARefusedFileHasLeftItsHeader) {
+    openSample();
+    open(folder.write("text.chn", "This is a text and not a spectrum at all."));
+    ASSERT_GT(module->spectrum.channelCount, 17001);
+    dialogs.messages.clear();
+    for (const Qt::Key key : {Qt::Key_L, Qt::Key_PageUp, Qt::Key_Right})
+        QTest::keyClick(form2->Picture1, key);
+    EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(MainWindow, StopsAHeldStepButtonWhenAMessageComes) {
+    openSample();
+    module->spectrum.calCurrent.b = 1e12;  // every status line overflows
+    dialogs.duringMessage = [this] {
+        QEvent blocked(QEvent::WindowBlocked);
+        QApplication::sendEvent(form2.get(), &blocked);
+        QTest::qWait(700);
+    };
+    QTest::mousePress(form2->Command6, Qt::LeftButton);
+    QTest::qWait(500);
+    EXPECT_EQ(dialogs.messages.size(), 1U);
+    EXPECT_FALSE(form2->Command6->isDown());
+}
+
+TEST_F(MainWindow, HandsKeysTypedIntoTheStatusLineToThePlot) {
+    openSample();
+    form2->Text1->setFocus();
+    QTest::keyClick(form2->Text1, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(form2->Text1->hasFocus());
+    QTest::keyClick(form2->Text1, Qt::Key_Right);
+    EXPECT_EQ(module->view.cursorCh, 1);
+    EXPECT_TRUE(form2->Picture1->hasFocus());
+}
+
+TEST_F(MainWindow, ListsTheDataInformationAndKeepsItUpToDate) {
+    trigger("f11(1)");
+    auto* form10 = form2->findChild<Form10*>();
+    ASSERT_NE(form10, nullptr);
+    EXPECT_TRUE(form10->isVisible());
+    EXPECT_EQ(form10->List1->count(), 0);
+    openSample();
+    ASSERT_EQ(form10->List1->count(), 6);
+    EXPECT_EQ(form10->List1->item(3)->text(), "Live Time:  30000sec");
+    form10->resize(600, 200);
+    form10->close();
+    EXPECT_EQ(module->settings.windowPlacement[10].width, 9000);
+}
+
+TEST_F(MainWindow, SavesPlacesAndFoldersWhenItIsLeft) {
+    openSample();
+    form2->resize(790, 590);
+    trigger("f11(40)");
+    EXPECT_FALSE(form2->isVisible());
+    ASSERT_TRUE(folder.has("kestrel.inf"));
+    const auto restarted = std::make_unique<Module1>();
+    startModule1(*restarted, folder.path());
+    EXPECT_EQ(restarted->settings.lastDirectory, module->settings.lastDirectory);
+    EXPECT_EQ(restarted->settings.windowPlacement[2].width, 790 * 15);
+    module = std::make_unique<Module1>(*restarted);
+    start();
+    EXPECT_EQ(form2->size(), QSize(790, 590));
+}
+
+TEST_F(MainWindow, KeepsTheWindowOpenOnceWhenSettingsCannotBeSaved) {
+    module->settings.systemDir = folder.write("no-folder", "") + "/below";
+    EXPECT_FALSE(form2->close());
+    ASSERT_EQ(dialogs.messages.size(), 1U);
+    EXPECT_EQ(dialogs.messages[0].text.substr(0, 15), "Run-time error ");
+    dialogs.messageAnswer = false;
+    EXPECT_FALSE(form2->close());
+    EXPECT_EQ(dialogs.messages.at(1).text,
+              "The settings could not be saved.\nLeave without saving them ?");
+    dialogs.messageAnswer = true;
+    EXPECT_TRUE(form2->close());
+}
+
+TEST_F(MainWindow, IgnoresAPlacementThatIsNotWiderThan1000Twips) {
+    const QSize designed = form2->size();
+    module->settings.windowPlacement[2] = {0, 0, 1000, 9000};
+    start();
+    EXPECT_EQ(form2->size(), designed);
+    module->settings.windowPlacement[2] = {-900000, 2000000000, 2147483647, 2147483647};
+    start();
+    EXPECT_TRUE(form2->screen()->availableGeometry().intersects(form2->geometry()));
+}
+
+}  // namespace
+}  // namespace kestrel

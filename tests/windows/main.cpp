@@ -1,0 +1,12 @@
+// Window tests run on the offscreen platform, in the program's own application object.
+
+#include <gtest/gtest.h>
+
+#include "base/qt/kestrel_application.h"
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleTest(&argc, argv);
+    const kestrel::KestrelApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
