@@ -1,0 +1,70 @@
+// Reading and deriving, with a plain read of the same bytes beside them.
+
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/dialogs.h"
+#include "spectrum/chn_reader.h"
+#include "spectrum/derived_arrays.h"
+#include "spectrum/spectrum.h"
+
+namespace {
+
+using kestrel::Spectrum;
+
+class NoDialogs : public kestrel::Dialogs {
+  public:
+    bool message(const kestrel::MessageBox&) override { return true; }
+    std::string input(const kestrel::InputBox&) override { return {}; }
+    kestrel::FileChoice openFile(const kestrel::FileDialog&) override { return {}; }
+    kestrel::FileChoice saveFile(const kestrel::FileDialog&) override { return {}; }
+    std::unique_ptr<kestrel::PrintJob> print() override { return nullptr; }
+    void setPointer(kestrel::Pointer) override {}
+};
+
+std::string samplePath(std::int64_t channels) {
+    return KESTREL_SAMPLES "/eu152-co60-cs137-" + std::to_string(channels) + ".chn";
+}
+
+void plainRead(benchmark::State& state) {
+    const std::string path = samplePath(state.range(0));
+    std::vector<char> bytes(100000);
+    for (auto _ : state) {
+        std::FILE* file = std::fopen(path.c_str(), "rb");
+        std::setvbuf(file, nullptr, _IONBF, 0);
+        benchmark::DoNotOptimize(std::fread(bytes.data(), 1, bytes.size(), file));
+        std::fclose(file);
+    }
+}
+BENCHMARK(plainRead)->Arg(1024)->Arg(4096)->Arg(16384);
+
+void readChn(benchmark::State& state) {
+    NoDialogs dialogs;
+    const auto spectrum = std::make_unique<Spectrum>();
+    spectrum->filePath = samplePath(state.range(0));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(kestrel::readChnFile(*spectrum, dialogs));
+}
+BENCHMARK(readChn)->Arg(1024)->Arg(4096)->Arg(16384);
+
+void deriveArrays(benchmark::State& state) {
+    NoDialogs dialogs;
+    const auto spectrum = std::make_unique<Spectrum>();
+    const auto derived = std::make_unique<kestrel::DerivedArrays>();
+    spectrum->filePath = samplePath(state.range(0));
+    kestrel::readChnFile(*spectrum, dialogs);
+    for (auto _ : state) {
+        kestrel::computeDerivedArrays(*spectrum, *derived);
+        benchmark::ClobberMemory();
+    }
+}
+BENCHMARK(deriveArrays)->Arg(1024)->Arg(4096)->Arg(16384);
+
+}  // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,147 @@
+// What runs at a key press: repaint and cursor step; opening a file up to the painted plot; and
+// QCustomPlot painting the same counts.
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <string>
+
+#include <QApplication>
+#include <QImage>
+#include <QKeyEvent>
+#include <QPainter>
+#include <qcustomplot.h>
+
+#include "app/form2.h"
+#include "app/module1.h"
+#include "base/qt/kestrel_application.h"
+#include "base/qt/painter_canvas.h"
+#include "base/qt/qt_dialogs.h"
+#include "spectrum/open_spectrum.h"
+#include "view/plot.h"
+
+namespace {
+
+using namespace kestrel;
+
+// The file dialog answers at once.
+class SampleDialogs : public QtDialogs {
+  public:
+    FileChoice openFile(const FileDialog&) override { return {.path = path, .filterIndex = 1}; }
+    std::string path;
+};
+
+constexpr QSize pictureSize(1200, 800);
+
+struct Program {
+    explicit Program(std::int64_t channels) {
+        dialogs.path = KESTREL_SAMPLES "/eu152-co60-cs137-" + std::to_string(channels) + ".chn";
+        startModule1(*module, "/nonexistent");
+        form2 = std::make_unique<Form2>(*module, dialogs);
+        form2->Picture1->setFixedSize(pictureSize);
+        form2->show();
+        QApplication::processEvents();
+        press(Qt::Key_G);
+        show();
+    }
+    void press(Qt::Key key) const {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(form2->Picture1, &event);
+    }
+    // Paints what has to be painted, as the event loop does.
+    void show() const { QApplication::processEvents(); }
+
+    SampleDialogs dialogs;
+    std::unique_ptr<Module1> module = std::make_unique<Module1>();
+    std::unique_ptr<Form2> form2;
+};
+
+// Switching the scale repaints everything, on the screen as well.
+void repaintOnScreen(benchmark::State& state) {
+    const Program program(state.range(0));
+    for (auto _ : state) {
+        program.press(Qt::Key_L);
+        program.show();
+    }
+}
+BENCHMARK(repaintOnScreen)->Arg(1024)->Arg(4096)->Arg(16384)->Unit(benchmark::kMicrosecond);
+
+void repaintPicture(benchmark::State& state, PlotMode mode, CountAxis axis) {
+    const Program program(state.range(0));
+    Module1& module = *program.module;
+    module.view.plotMode = mode;
+    module.view.linLogMode = axis;
+    for (auto _ : state) {
+        drawSpectrum(
+            {module.spectrum, module.derived, module.view, module.channelColour, module.palette},
+            program.form2->Picture1->canvas(), const_cast<SampleDialogs&>(program.dialogs));
+        benchmark::DoNotOptimize(program.form2->picture().constBits());
+    }
+}
+BENCHMARK_CAPTURE(repaintPicture, lines, PlotMode::Line, CountAxis::Logarithmic)
+    ->Arg(1024)
+    ->Arg(4096)
+    ->Arg(16384)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(repaintPicture, linear, PlotMode::Line, CountAxis::Linear)
+    ->Arg(16384)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(repaintPicture, dots, PlotMode::Dots, CountAxis::Logarithmic)
+    ->Arg(16384)
+    ->Unit(benchmark::kMicrosecond);
+
+void cursorStep(benchmark::State& state) {
+    const Program program(state.range(0));
+    program.module->view.cursorCh = 500;
+    bool right = true;
+    for (auto _ : state) {
+        program.press(right ? Qt::Key_Right : Qt::Key_Left);
+        program.show();
+        right = !right;
+    }
+}
+BENCHMARK(cursorStep)->Arg(4096)->Arg(16384)->Unit(benchmark::kMicrosecond);
+
+void openToPaintedPlot(benchmark::State& state) {
+    const Program program(state.range(0));
+    for (auto _ : state) {
+        program.press(Qt::Key_G);
+        program.show();
+    }
+}
+BENCHMARK(openToPaintedPlot)->Arg(4096)->Arg(16384)->Unit(benchmark::kMicrosecond);
+
+// The same counts as a step line on a logarithmic axis.
+void repaintQCustomPlot(benchmark::State& state) {
+    const Program program(state.range(0));
+    const Spectrum& spectrum = program.module->spectrum;
+    QVector<double> channels;
+    QVector<double> counts;
+    for (int k = 0; k < spectrum.channelCount; ++k) {
+        channels.append(k);
+        counts.append(std::max(spectrum.counts[k], 1) * 1.0);
+    }
+    QCustomPlot plot;
+    plot.setAttribute(Qt::WA_DontShowOnScreen);
+    plot.resize(pictureSize);
+    plot.addGraph();
+    plot.graph(0)->setLineStyle(QCPGraph::lsStepLeft);
+    plot.setNotAntialiasedElements(QCP::aeAll);
+    plot.graph(0)->setData(channels, counts, true);
+    plot.yAxis->setScaleType(QCPAxis::stLogarithmic);
+    plot.rescaleAxes();
+    plot.show();
+    for (auto _ : state)
+        plot.replot(QCustomPlot::rpImmediateRefresh);
+}
+BENCHMARK(repaintQCustomPlot)->Arg(1024)->Arg(4096)->Arg(16384)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    kestrel::KestrelApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
