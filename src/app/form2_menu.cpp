@@ -5,6 +5,7 @@
 #include <QMenuBar>
 
 #include "app/form2.h"
+#include "spectrum/csv_export.h"
 
 namespace kestrel {
 namespace {
@@ -87,6 +88,10 @@ void Form2::f11_Click(int index) {
             break;
         case 1:
             showDataInformation();
+            break;
+        case 4:
+            saveAsCsv(module_.spectrum, module_.settings.lastDirectory, dialogs_);
+            focusPlot();
             break;
         case 40:
             close();

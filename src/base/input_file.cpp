@@ -189,6 +189,11 @@ bool fileExists(const std::string& path) {
     return fs::is_regular_file(path, ignored);
 }
 
+std::string currentDirectory() {
+    std::error_code failed;
+    return fs::current_path(failed).string();
+}
+
 std::string pathIgnoringCase(const std::string& folder, std::string_view name) {
     const fs::path exact = fs::path(folder) / name;
     std::error_code error;

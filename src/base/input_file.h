@@ -75,6 +75,9 @@ class LineReader {
 
 bool fileExists(const std::string& path);
 
+// Of the process; empty when it is gone.
+std::string currentDirectory();
+
 // The path of the entry of `folder` that is called `name` in any letter case (the exact name
 // first); folder/name itself when there is none.
 std::string pathIgnoringCase(const std::string& folder, std::string_view name);

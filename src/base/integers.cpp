@@ -8,12 +8,20 @@
 namespace kestrel {
 namespace {
 
-// The comparison is written so that a value that is not a number fails it.
+// A value that is not a number fits nowhere.
+template <typename Integer>
+bool fits(double value) {
+    return value >= std::numeric_limits<Integer>::min() &&
+           value <= std::numeric_limits<Integer>::max();
+}
+
 template <typename Integer>
 Integer toInteger(double value) {
+    // Most values are whole numbers; rounding those takes the time that reading a table takes.
+    if (fits<Integer>(value) && static_cast<Integer>(value) == value)
+        return static_cast<Integer>(value);
     const double rounded = roundHalfEven(value);
-    if (!(rounded >= std::numeric_limits<Integer>::min() &&
-          rounded <= std::numeric_limits<Integer>::max()))
+    if (!fits<Integer>(rounded))
         throw RuntimeFault(Fault::Overflow);
     return static_cast<Integer>(rounded);
 }

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <iterator>
+#include <optional>
 #include <system_error>
 
 #include "base/runtime_fault.h"
@@ -174,6 +175,22 @@ bool isHuge(const WrittenNumber& number) {
     return place + (number.negativeExponent ? -exponent : exponent) > 0;
 }
 
+// Digits that a double holds exactly, and that nothing follows which could belong to the number:
+// what tables of counts are full of.
+std::optional<double> shortWholeNumber(std::string_view text) {
+    constexpr std::size_t mostDigits = 15;
+    std::int64_t value = 0;
+    std::size_t at = 0;
+    for (; at < text.size() && isDigit(text[at]); ++at) {
+        if (at == mostDigits)
+            return std::nullopt;
+        value = value * 10 + (text[at] - '0');
+    }
+    if (at < text.size() && (text[at] == '.' || text[at] == 'E' || text[at] == 'e'))
+        return std::nullopt;
+    return static_cast<double>(value);
+}
+
 bool allZeros(std::string_view digits) {
     return digits.find_first_not_of('0') == std::string_view::npos;
 }
@@ -217,6 +234,8 @@ double parseLeadingNumber(std::string_view text) {
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+'))
         text.remove_prefix(1);
+    if (const std::optional<double> value = shortWholeNumber(text))
+        return negative && *value != 0 ? -*value : *value;
     const WrittenNumber number = splitNumber(text);
     if (allZeros(number.whole) && allZeros(number.decimals))
         return 0;

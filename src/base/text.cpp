@@ -15,6 +15,24 @@ bool sameLetter(char a, char b) {
     return upper(a) == upper(b);
 }
 
+std::size_t lastOtherThanLetter(std::string_view text) {
+    std::size_t n = text.size();
+    while (n > 0 && upper(text[n - 1]) != lower(text[n - 1]))
+        --n;
+    return n - 1;
+}
+
+// As findIgnoringCase, by way of the places where part[sign] stands.
+std::size_t findBySign(std::string_view text, std::string_view part, std::size_t sign,
+                       std::size_t from) {
+    for (std::size_t at = text.find(part[sign], from + sign); at != std::string_view::npos;
+         at = text.find(part[sign], at + 1)) {
+        if (equalIgnoringCase(text.substr(at - sign, part.size()), part))
+            return at - sign;
+    }
+    return std::string_view::npos;
+}
+
 // std::string_view::npos becomes 0.
 std::size_t countedFromOne(std::size_t index) {
     return index + 1;
@@ -54,6 +72,11 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
 std::size_t findIgnoringCase(std::string_view text, std::string_view part, std::size_t from) {
     if (from > text.size())
         return std::string_view::npos;
+    // A character without letter case is looked for first: the quick search for a single byte
+    // passes over most texts.
+    const std::size_t sign = lastOtherThanLetter(part);
+    if (sign != std::string_view::npos)
+        return findBySign(text, part, sign, from);
     const std::string_view rest = text.substr(from);
     const auto found = std::search(rest.begin(), rest.end(), part.begin(), part.end(), sameLetter);
     if (found == rest.end() && !part.empty())

@@ -36,7 +36,6 @@ class CurvatureFilter {
     // inside the spectrum. None when first() > last(). The other calls ask for such channels.
     int first() const { return first_; }
     int last() const { return last_; }
-    int width() const { return width_; }
     // The middle of the seven groups lies this far below the channel that they belong to.
     double middleOffset() const { return width_ % 2 == 0 ? 0.5 : 0.0; }
 

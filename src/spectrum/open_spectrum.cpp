@@ -1,13 +1,17 @@
 #include "spectrum/open_spectrum.h"
 
 #include <array>
-#include <filesystem>
-#include <system_error>
 
+#include "base/input_file.h"
 #include "base/integers.h"
 #include "base/text.h"
+#include "spectrum/canberra35_reader.h"
 #include "spectrum/chn_reader.h"
 #include "spectrum/data_information.h"
+#include "spectrum/dos_oxford_reader.h"
+#include "spectrum/labo_reader.h"
+#include "spectrum/naig_reader.h"
+#include "spectrum/win_oxford_reader.h"
 
 namespace kestrel {
 namespace {
@@ -19,25 +23,22 @@ struct Format {
     const char* pattern;
     const char* extension;  // must occur in the path, in any letter case
     Reader reader;          // null: files of this format cannot be read
+    // What can be said about a file that was refused; null: nothing.
+    std::string (*refusal)(const std::string& path) = nullptr;
 };
 
 constexpr std::array<Format, 8> formats = {{
     {"ORTEC, SEIKO (chn)", "*.chn", ".chn", readChnFile},
-    {"Win Oxford (asc)", "*.asc", ".asc", nullptr},
-    {"DOS Oxford (asc)", "*.asc", ".asc", nullptr},
-    {"Labo (binary)", "*.dat", ".dat", nullptr},
-    {"Labo v1.54(binary)", "*.dat", ".dat", nullptr},
-    {"CANBERRA35+ RS232C (txt)", "*.txt", ".txt", nullptr},
-    {"NAIG E-560  RS232C (txt)", "*.txt", ".txt", nullptr},
+    {"Win Oxford (asc)", "*.asc", ".asc", readWinOxfordFile},
+    {"DOS Oxford (asc)", "*.asc", ".asc", readDosOxfordFile},
+    {"Labo (binary)", "*.dat", ".dat", readLaboFile, laboRefusal},
+    {"Labo v1.54(binary)", "*.dat", ".dat", readLaboV154File, laboRefusal},
+    {"CANBERRA35+ RS232C (txt)", "*.txt", ".txt", readCanberra35File},
+    {"NAIG E-560  RS232C (txt)", "*.txt", ".txt", readNaigE560File},
     {"All File", "*.*", "", nullptr},
 }};
 
 constexpr double ticksPerSecond = 50.0;
-
-std::string currentDirectory() {
-    std::error_code failed;
-    return std::filesystem::current_path(failed).string();
-}
 
 FileDialog openDialog(const std::string& folder, int filterIndex) {
     FileDialog dialog{.title = "Open", .filters = {}, .filterIndex = filterIndex, .folder = folder};
@@ -46,12 +47,12 @@ FileDialog openDialog(const std::string& folder, int filterIndex) {
     return dialog;
 }
 
-bool runReader(int filterIndex, Spectrum& spectrum, Dialogs& dialogs) {
+// Null when the path lacks the extension of the filter entry.
+const Format* formatFor(int filterIndex, const std::string& path) {
     if (filterIndex < 1 || filterIndex > static_cast<int>(formats.size()))
-        return false;
+        return nullptr;
     const Format& format = formats[static_cast<std::size_t>(filterIndex) - 1];
-    return format.reader != nullptr && containsIgnoringCase(spectrum.filePath, format.extension) &&
-           format.reader(spectrum, dialogs);
+    return containsIgnoringCase(path, format.extension) ? &format : nullptr;
 }
 
 }  // namespace
@@ -70,9 +71,12 @@ OpenResult openSpectrumFile(const OpenTarget& target, std::string& lastDirectory
 
 bool readSpectrumByFormat(int filterIndex, const OpenTarget& target, Dialogs& dialogs) {
     Spectrum& spectrum = target.spectrum;
-    if (!runReader(filterIndex, spectrum, dialogs)) {
+    const Format* const format = formatFor(filterIndex, spectrum.filePath);
+    if (format == nullptr || format->reader == nullptr || !format->reader(spectrum, dialogs)) {
         dialogs.setPointer(Pointer::Default);
-        dialogs.message({"File does not read.\nDifferent format ?!   Check file type !!"});
+        const bool reasoned = format != nullptr && format->refusal != nullptr;
+        dialogs.message({.text = "File does not read.\nDifferent format ?!   Check file type !!",
+                         .details = reasoned ? format->refusal(spectrum.filePath) : std::string()});
         return false;
     }
     if (spectrum.useFileCalibration == 0)

@@ -4,12 +4,15 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "base/checked_array.h"
 #include "base/fixed_text.h"
 
 namespace kestrel {
+
+class InputFile;
 
 // Energy in keV = A + B * channel + C * channel^2.
 struct Calibration {
@@ -65,6 +68,8 @@ struct Spectrum {
     std::int32_t liveTimeTicks = 0;  // 20 ms ticks; set when a file has been opened
     ChnExtension chnExtension;
     ChnTrailer chnTrailer;
+    // The last NAIG capture that said it holds no spectrum; open until the next one does.
+    std::shared_ptr<InputFile> fileLeftOpen;
 
     // Counts of a channel, 0 from channelCount on. Faults: SubscriptOutOfRange outside 0 .. 17000
     // for a channel below channelCount.

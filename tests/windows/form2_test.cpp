@@ -119,6 +119,15 @@ TEST_F(MainWindow, OpensASampleByKeysAndShowsIt) {
     EXPECT_GT(dotsAt(2000, white, form2->picture()), 0);
 }
 
+TEST_F(MainWindow, SavesTheSpectrumAsCsvAndGoesBackToThePlot) {
+    openSample();
+    dialogs.fileAnswer = {.path = folder.file("out.csv"), .filterIndex = 1};
+    form2->Text1->setFocus();
+    trigger("f11(4)");
+    EXPECT_TRUE(folder.read("out.csv").ends_with("\r\n  4095,      0\r\n"));
+    EXPECT_TRUE(form2->Picture1->hasFocus());
+}
+
 TEST_F(MainWindow, ShowsOneGreenMarkAtTheCursorAndNoTraceOfOlderOnes) {
     openSample();
     for (int i = 0; i < 20; ++i)

@@ -7,6 +7,7 @@
 
 #include "make_samples/chn_writer.h"
 #include "make_samples/spectrum_maker.h"
+#include "make_samples/text_writers.h"
 
 namespace kestrel::samples {
 namespace {
@@ -21,9 +22,9 @@ struct Labels {
     std::int32_t realSeconds;
 };
 
-std::string file(ChnKind kind, std::span<const std::int32_t> counts, const Calibration& calibration,
-                 const Labels& labels) {
-    const auto spectrum = std::make_unique<Spectrum>();
+std::unique_ptr<Spectrum> record(std::span<const std::int32_t> counts,
+                                 const Calibration& calibration, const Labels& labels) {
+    auto spectrum = std::make_unique<Spectrum>();
     spectrum->mcaNumber = 1;
     spectrum->segmentNumber = 1;
     spectrum->channelCount = static_cast<std::int16_t>(counts.size());
@@ -35,11 +36,11 @@ std::string file(ChnKind kind, std::span<const std::int32_t> counts, const Calib
     spectrum->comment.assign(labels.comment);
     spectrum->chnTrailer.detector.assign("HPGe, coaxial, 1.8 keV at 1332 keV");
     spectrum->calCurrent = calibration;
-    return chnFile(*spectrum, kind);
+    return spectrum;
 }
 
-std::string threeNuclides(ChnKind kind, std::int16_t channelCount, const Calibration& calibration,
-                          std::uint64_t seed) {
+std::unique_ptr<Spectrum> threeNuclides(std::int16_t channelCount, const Calibration& calibration,
+                                        std::uint64_t seed) {
     const MeasurementPlan plan{
         .channelCount = channelCount,
         .calibration = calibration,
@@ -48,7 +49,7 @@ std::string threeNuclides(ChnKind kind, std::int16_t channelCount, const Calibra
     };
     const Labels labels{"Eu-152 + Co-60 + Cs-137, point sources at 25 cm", "16NOV261", "101530",
                         600, 613};
-    return file(kind, makeMeasurement(plan, seed), plan.calibration, labels);
+    return record(makeMeasurement(plan, seed), plan.calibration, labels);
 }
 
 std::string environmental() {
@@ -60,26 +61,32 @@ std::string environmental() {
     };
     const Labels labels{"Natural background, lead shield closed", "17NOV261", "173000", 72000,
                         72009};
-    return file(ChnKind::Extended, makeMeasurement(plan, 3), plan.calibration, labels);
+    return chnFile(*record(makeMeasurement(plan, 3), plan.calibration, labels), ChnKind::Extended);
 }
 
 std::string empty() {
     const Labels labels{"Nothing counted", "16NOV261", "095900", 10, 10};
-    return file(ChnKind::Trailered, std::vector<std::int32_t>(4096), {-0.35F, 0.4995F, 2e-8F},
-                labels);
+    return chnFile(*record(std::vector<std::int32_t>(4096), {-0.35F, 0.4995F, 2e-8F}, labels),
+                   ChnKind::Trailered);
 }
 
 }  // namespace
 
 // The calibrations are floats, as the files of kind 3 hold them: peaks must lie where those say.
 std::vector<SampleFile> sampleFiles() {
+    // One measurement in every form, so that the readers can be compared.
+    const auto common = threeNuclides(4096, {-0.35F, 0.4995F, 2e-8F}, 1);
     return {
-        {"eu152-co60-cs137-4096.chn",
-         threeNuclides(ChnKind::Trailered, 4096, {-0.35F, 0.4995F, 2e-8F}, 1)},
+        {"eu152-co60-cs137-4096.chn", chnFile(*common, ChnKind::Trailered)},
+        {"eu152-co60-cs137-4096-windows.asc", winOxfordFile(*common)},
+        {"eu152-co60-cs137-4096-dos.asc", dosOxfordFile(*common)},
+        {"eu152-co60-cs137-4096-series35.txt", canberra35File(*common)},
+        {"eu152-co60-cs137-4096-e560.txt", naigE560File(*common)},
         {"eu152-co60-cs137-16384.chn",
-         threeNuclides(ChnKind::Trailered, 16384, {-0.35F, 0.124875F, 1.25e-9F}, 2)},
+         chnFile(*threeNuclides(16384, {-0.35F, 0.124875F, 1.25e-9F}, 2), ChnKind::Trailered)},
         {"environmental-8192.chn", environmental()},
-        {"eu152-co60-cs137-1024.chn", threeNuclides(ChnKind::Plain, 1024, {-0.35F, 1.5F, 0.0F}, 4)},
+        {"eu152-co60-cs137-1024.chn",
+         chnFile(*threeNuclides(1024, {-0.35F, 1.5F, 0.0F}, 4), ChnKind::Plain)},
         {"empty-4096.chn", empty()},
     };
 }

@@ -1,0 +1,85 @@
+#include "spectrum/canberra35_reader.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "base/input_file.h"
+#include "base/integers.h"
+#include "base/text.h"
+#include "spectrum/labelled_lines.h"
+#include "spectrum/text_spectrum.h"
+
+namespace kestrel {
+namespace {
+
+constexpr std::int16_t canberra35Mca = 445;
+constexpr std::string_view tableHeading = "CHANNEL#";
+constexpr int countsPerLine = 8;
+constexpr std::size_t firstCountColumn = 12;
+constexpr std::size_t countWidth = 7;
+constexpr std::size_t countPitch = 9;
+
+void takeStart(std::string_view line, Spectrum& spectrum) {
+    const std::string yearDigits = charactersPadded(line, 66, 2);
+    setStart(spectrum,
+             {.day = charactersPadded(line, 59, 2),
+              .month = charactersPadded(line, 62, 3),
+              .yearDigits = yearDigits,
+              .centuryMark = markOfYearDigits(yearDigits),
+              .time = charactersPadded(line, 70, 2) + charactersPadded(line, 73, 2) + "00"});
+}
+
+constexpr std::array<LabelledValue, 5> header = {{
+    {"SERIES 35+  V-2.00", [](std::string_view, Spectrum&) {}},
+    {"LIVE TIME=", [](std::string_view line,
+                      Spectrum& s) { s.liveTime = ticksFromSeconds(numberFrom(line, 27)); }},
+    {"TRUE TIME=", [](std::string_view line,
+                      Spectrum& s) { s.realTime = ticksFromSeconds(numberFrom(line, 48)); }},
+    {"TAG NO. =", [](std::string_view line, Spectrum& s) { setDescription(s, line); }},
+    {"MEMORY=", takeStart},
+}};
+
+void readCountLine(std::string_view line, std::int32_t firstChannel, Spectrum& spectrum) {
+    std::size_t column = firstCountColumn;
+    for (int i = 0; i < countsPerLine; ++i, column += countPitch)
+        spectrum.counts[firstChannel + i] = toInt32(numberIn(line, column, countWidth));
+}
+
+// The first line of the table stands right below its heading; the others are those with a channel
+// number above 0, so that headings of further pages and blank lines are passed over.
+void readCounts(LineReader& lines, Spectrum& spectrum) {
+    readCountLine(lines.require(), 0, spectrum);
+    std::int32_t channels = countsPerLine;
+    for (std::string_view line; lines.next(line);) {
+        if (numberIn(line, 2, 5) > 0) {
+            readCountLine(line, channels, spectrum);
+            channels += countsPerLine;
+        }
+    }
+    spectrum.channelCount = narrow16(channels);
+}
+
+}  // namespace
+
+bool readCanberra35File(Spectrum& spectrum, Dialogs& dialogs) {
+    if (!spectrumFileExists(spectrum, dialogs))
+        return false;
+    dialogs.setPointer(Pointer::Hourglass);
+    presetTextSpectrum(spectrum, canberra35Mca);
+    InputFile file(spectrum.filePath);
+    LineReader lines(file);
+    if (!takeLabelledValues(lines, header, spectrum))
+        return false;
+    useTrailerCalibration(spectrum);
+    spectrum.comment.assign(spectrum.chnTrailer.sample.view());
+    if (!passLine(lines, tableHeading))
+        return false;
+    readCounts(lines, spectrum);
+    dialogs.setPointer(Pointer::Default);
+    return true;
+}
+
+}  // namespace kestrel

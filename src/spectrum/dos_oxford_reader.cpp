@@ -1,0 +1,170 @@
+#include "spectrum/dos_oxford_reader.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/input_file.h"
+#include "base/integers.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "spectrum/labelled_lines.h"
+#include "spectrum/text_spectrum.h"
+
+namespace kestrel {
+namespace {
+
+constexpr std::int16_t dosOxfordMca = 444;
+constexpr std::string_view tableHeading = "Chn    Counts";
+constexpr std::string_view dateLabel = "Acq Date";
+constexpr std::string_view noDate = "No Acq Date";
+
+std::string_view textBehind(std::string_view line, std::string_view label) {
+    return line.substr(findIgnoringCase(line, label) + label.size());
+}
+
+constexpr std::array<LabelledValue, 2> header = {{
+    {"Elt:",
+     [](std::string_view line, Spectrum& s) {
+         s.liveTime = ticksFromSeconds(parseLeadingNumber(textBehind(line, "Elt:")));
+     }},
+    {"Real Time:",
+     [](std::string_view line, Spectrum& s) {
+         s.realTime = ticksFromSeconds(parseLeadingNumber(textBehind(line, "Real Time:")));
+     }},
+}};
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+bool isLetter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+// The runs of digits and of letters, up to `most` of them.
+std::vector<std::string_view> words(std::string_view text, std::size_t most) {
+    std::vector<std::string_view> result;
+    for (std::size_t at = 0; at < text.size() && result.size() < most;) {
+        const auto sameKind = isDigit(text[at]) ? isDigit : isLetter;
+        std::size_t end = at;
+        while (end < text.size() && sameKind(text[end]))
+            ++end;
+        if (end > at)
+            result.push_back(text.substr(at, end - at));
+        at = std::max(end, at + 1);
+    }
+    return result;
+}
+
+// None for what is no number of one or two digits up to `most`.
+std::optional<int> shortNumber(std::string_view word, int most) {
+    if (word.empty() || word.size() > 2 || !std::ranges::all_of(word, isDigit))
+        return std::nullopt;
+    const int value = toInt16(parseLeadingNumber(word));
+    return value <= most ? std::optional(value) : std::nullopt;
+}
+
+// Hour, minute, perhaps second, then perhaps "am" or "pm", as HHMMSS.
+std::optional<std::string> timeOf(std::span<const std::string_view> words) {
+    std::array<int, 3> parts{};
+    std::size_t count = 0;
+    for (; count < parts.size() && count < words.size(); ++count) {
+        const std::optional<int> part = shortNumber(words[count], count == 0 ? 23 : 59);
+        if (!part)
+            break;
+        parts[count] = *part;
+    }
+    if (count < 2)
+        return std::nullopt;
+    const std::string_view half = count < words.size() ? words[count] : "";
+    if (equalIgnoringCase(half, "am"))
+        parts[0] %= 12;
+    else if (equalIgnoringCase(half, "pm"))
+        parts[0] = parts[0] % 12 + 12;
+    return formatNumber(parts[0], "00") + formatNumber(parts[1], "00") +
+           formatNumber(parts[2], "00");
+}
+
+// Day, month name, year of two or four digits, then the time.
+std::optional<StartText> startOf(std::string_view text) {
+    const std::vector<std::string_view> parts = words(text, 7);
+    if (parts.size() < 3)
+        return std::nullopt;
+    const std::string_view year = parts[2];
+    const bool dated = shortNumber(parts[0], 31) && isLetter(parts[1].front()) &&
+                       parts[1].size() >= 3 && isDigit(year.front()) &&
+                       (year.size() == 2 || year.size() == 4);
+    const std::optional<std::string> time = timeOf(std::span(parts).subspan(3));
+    if (!dated || !time)
+        return std::nullopt;
+    return StartText{.day = rightAligned(parts[0], 2),
+                     .month = std::string(parts[1].substr(0, 3)),
+                     .yearDigits = std::string(lastCharacters(year, 2)),
+                     .centuryMark = year.size() == 4
+                                        ? markOfCentury(parseLeadingNumber(year.substr(0, 2)))
+                                        : markOfYearDigits(year),
+                     .time = *time};
+}
+
+void readStart(LineReader& lines, Spectrum& spectrum) {
+    spectrum.startDate.assign("");
+    spectrum.startTime.assign("");
+    spectrum.startSecondsRaw = {};
+    const LabelledValue start{dateLabel, [](std::string_view line, Spectrum& s) {
+                                  const std::optional<StartText> found =
+                                      startOf(textBehind(line, dateLabel));
+                                  if (found && !containsIgnoringCase(line, noDate))
+                                      setStart(s, *found);
+                              }};
+    takeLabelledValues(lines, {&start, 1}, spectrum);
+}
+
+// Channel number and counts on each line, up to the end; lines that begin with no number are passed
+// over. False when the channels do not count on from 0 or 1: the table is then none of this kind.
+bool readCounts(LineReader& lines, Spectrum& spectrum) {
+    bool fromOne = false;
+    std::int32_t channels = 0;
+    for (std::string_view line; lines.next(line);) {
+        const std::string_view text = trimBlanksLeft(line);
+        if (text.empty() || !isDigit(text.front()))
+            continue;
+        const double channel = parseLeadingNumber(text);
+        if (channels == 0)
+            fromOne = channel == 1;
+        if (channel != channels + (fromOne ? 1 : 0))
+            return false;
+        const auto numberEnd = std::ranges::find_if_not(text, isDigit);
+        spectrum.counts[channels] = toInt32(parseLeadingNumber({numberEnd, text.end()}));
+        ++channels;
+    }
+    spectrum.channelCount = narrow16(channels);
+    return channels > 0;
+}
+
+}  // namespace
+
+bool readDosOxfordFile(Spectrum& spectrum, Dialogs& dialogs) {
+    if (!spectrumFileExists(spectrum, dialogs))
+        return false;
+    dialogs.setPointer(Pointer::Hourglass);
+    presetTextSpectrum(spectrum, dosOxfordMca);
+    InputFile file(spectrum.filePath);
+    LineReader lines(file);
+    if (!takeLabelledValues(lines, header, spectrum))
+        return false;
+    readStart(lines, spectrum);
+    setDescription(spectrum, "");
+    spectrum.calCurrent = spectrum.calDefault;
+    if (!passLine(lines, tableHeading) || !readCounts(lines, spectrum))
+        return false;
+    dialogs.setPointer(Pointer::Default);
+    return true;
+}
+
+}  // namespace kestrel

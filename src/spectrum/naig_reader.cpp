@@ -1,0 +1,115 @@
+#include "spectrum/naig_reader.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "base/input_file.h"
+#include "base/integers.h"
+#include "base/number_text.h"
+#include "spectrum/text_spectrum.h"
+
+namespace kestrel {
+namespace {
+
+constexpr std::int16_t naigMca = 560;
+constexpr char endOfHeader = '\x7f';
+constexpr std::size_t longestComment = 64;
+constexpr std::size_t bytesBeforeStatus = 2303;
+constexpr char noSpectrum = '?';
+constexpr std::size_t fieldWidth = 7;
+constexpr std::size_t blockSize = 65536;
+// One field more than there is room for, so that a longer capture raises its fault.
+constexpr std::size_t mostFieldBytes = fieldWidth * (channelLimit + 1);
+constexpr std::int64_t ticksPerSecond = 50;
+
+struct Header {
+    std::string text;       // as much of it as a comment takes
+    std::uint64_t end = 0;  // offset of the byte behind the mark that ends it
+};
+
+std::string_view readText(InputFile& file, std::uint64_t offset, std::vector<std::byte>& block) {
+    const std::size_t count = file.read(offset, block);
+    return {reinterpret_cast<const char*>(block.data()), count};
+}
+
+// None when the mark does not occur.
+std::optional<Header> readHeader(InputFile& file) {
+    std::vector<std::byte> block(blockSize);
+    Header header;
+    for (;;) {
+        const std::string_view text = readText(file, header.end, block);
+        const std::string_view part = text.substr(0, text.find(endOfHeader));
+        header.text += part.substr(0, longestComment - header.text.size());
+        header.end += part.size();
+        if (part.size() < text.size()) {
+            ++header.end;
+            return header;
+        }
+        if (text.empty())
+            return std::nullopt;
+    }
+}
+
+bool saysNoSpectrum(InputFile& file, std::uint64_t statusOffset) {
+    std::array<std::byte, 1> status{};
+    file.read(statusOffset, status);
+    return status[0] == std::byte{noSpectrum};
+}
+
+// Stores the fields as counts, up to one with a line end, and returns how many there were.
+std::int32_t readFields(InputFile& file, std::uint64_t offset, Spectrum& spectrum) {
+    std::vector<std::byte> block(mostFieldBytes);
+    const std::string_view text = readText(file, offset, block);
+    std::int32_t fields = 0;
+    for (std::size_t at = 0; at < text.size(); at += fieldWidth) {
+        const std::string_view field = text.substr(at, fieldWidth);
+        if (field.find("\r\n") != std::string_view::npos)
+            break;
+        spectrum.counts[fields] = toInt32(parseLeadingNumber(field));
+        ++fields;
+    }
+    return fields;
+}
+
+// The first two fields are the times in seconds, and stay in the counts as well.
+void takeTimesAndLength(std::int32_t fields, Spectrum& spectrum) {
+    spectrum.channelCount = narrow16(fields + 1);
+    // The channel that the length counts too many shows nothing of an earlier spectrum.
+    if (fields < static_cast<std::int32_t>(channelLimit))
+        spectrum.counts[fields] = 0;
+    spectrum.liveTime = narrow32(ticksPerSecond * spectrum.counts[0]);
+    spectrum.realTime = fields > 1 ? narrow32(ticksPerSecond * spectrum.counts[1]) : 0;
+}
+
+}  // namespace
+
+bool readNaigE560File(Spectrum& spectrum, Dialogs& dialogs) {
+    dialogs.setPointer(Pointer::Hourglass);
+    presetTextSpectrum(spectrum, naigMca);
+    auto file = std::make_shared<InputFile>(spectrum.filePath);
+    const std::optional<Header> header = readHeader(*file);
+    if (!header || header->end >= file->size())
+        return false;
+    const std::uint64_t statusOffset = header->end + bytesBeforeStatus;
+    if (saysNoSpectrum(*file, statusOffset)) {
+        spectrum.fileLeftOpen = std::move(file);
+        return false;
+    }
+    const std::int32_t fields = readFields(*file, statusOffset + 1, spectrum);
+    if (fields == 0)
+        return false;
+    takeTimesAndLength(fields, spectrum);
+    setDescription(spectrum, header->text);
+    useTrailerCalibration(spectrum);
+    dialogs.setPointer(Pointer::Default);
+    return true;
+}
+
+}  // namespace kestrel

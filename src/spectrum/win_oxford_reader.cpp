@@ -1,0 +1,88 @@
+#include "spectrum/win_oxford_reader.h"
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+
+#include "base/input_file.h"
+#include "base/integers.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "spectrum/labelled_lines.h"
+#include "spectrum/text_spectrum.h"
+
+namespace kestrel {
+namespace {
+
+constexpr std::int16_t winOxfordMca = 444;
+constexpr int linesBeforeTable = 15;
+constexpr std::size_t countColumn = 8;
+
+float coefficientIn(std::string_view line) {
+    const double value = numberFrom(line, 54);
+    if (std::fabs(value) > double{std::numeric_limits<float>::max()})
+        throw RuntimeFault(Fault::Overflow);
+    return static_cast<float>(value);
+}
+
+void takeStart(std::string_view line, Spectrum& spectrum) {
+    setStart(spectrum,
+             {.day = rightAligned(plainNumber(numberIn(line, 19, 3)), 2),
+              .month = charactersPadded(line, 23, 3),
+              .yearDigits = charactersPadded(line, 29, 2),
+              .centuryMark = markOfCentury(numberIn(line, 27, 2)),
+              .time = charactersPadded(line, 32, 2) + charactersPadded(line, 35, 2) + "00"});
+}
+
+// The file's "A" is the quadratic term and its "C" the offset, the reverse of the record's names.
+constexpr std::array<LabelledValue, 8> header = {{
+    {"Conversion Gain:",
+     [](std::string_view line, Spectrum& s) { s.channelCount = toInt16(numberFrom(line, 27)); }},
+    {"Elapsed Live Time:",
+     [](std::string_view line, Spectrum& s) {
+         s.liveTime = ticksFromSeconds(numberFrom(line, 20));
+     }},
+    {"Elapsed Real Time:",
+     [](std::string_view line, Spectrum& s) {
+         s.realTime = ticksFromSeconds(numberFrom(line, 20));
+     }},
+    {"ID:", [](std::string_view line, Spectrum& s) { setDescription(s, fromCharacter(line, 4)); }},
+    {"Acquisition Date:", takeStart},
+    {"A =", [](std::string_view line, Spectrum& s) { s.chnTrailer.calC = coefficientIn(line); }},
+    {"B =", [](std::string_view line, Spectrum& s) { s.chnTrailer.calB = coefficientIn(line); }},
+    {"C =", [](std::string_view line, Spectrum& s) { s.chnTrailer.calA = coefficientIn(line); }},
+}};
+
+void readCounts(LineReader& lines, Spectrum& spectrum) {
+    lines.rewind();
+    for (int i = 0; i < linesBeforeTable; ++i)
+        lines.require();
+    for (std::int32_t channel = 0; channel < spectrum.channelCount; ++channel)
+        spectrum.counts[channel] = toInt32(numberFrom(lines.require(), countColumn));
+}
+
+}  // namespace
+
+bool readWinOxfordFile(Spectrum& spectrum, Dialogs& dialogs) {
+    if (!spectrumFileExists(spectrum, dialogs))
+        return false;
+    dialogs.setPointer(Pointer::Hourglass);
+    presetTextSpectrum(spectrum, winOxfordMca);
+    InputFile file(spectrum.filePath);
+    LineReader lines(file);
+    if (!takeLabelledValues(lines, header, spectrum))
+        return false;
+    useTrailerCalibration(spectrum);
+    spectrum.comment.assign(spectrum.chnTrailer.sample.view());
+    if (spectrum.channelCount == 0)
+        return false;
+    readCounts(lines, spectrum);
+    dialogs.setPointer(Pointer::Default);
+    return true;
+}
+
+}  // namespace kestrel
