@@ -13,3 +13,7 @@ if(KESTREL_SANITIZE)
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(kestrel_compiler INTERFACE -fsanitize=address,undefined)
 endif()
+if(KESTREL_FUZZ)
+    target_compile_options(kestrel_compiler INTERFACE
+        -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+endif()
