@@ -19,10 +19,10 @@ namespace {
 using Reader = bool (*)(Spectrum&, Dialogs&);
 
 struct Format {
-    const char* text;
-    const char* pattern;
-    const char* extension;  // must occur in the path, in any letter case
-    Reader reader;          // null: files of this format cannot be read
+    const char* text = "";
+    const char* pattern = "";
+    const char* extension = "";  // must occur in the path, in any letter case
+    Reader reader = nullptr;     // null: files of this format cannot be read
     // What can be said about a file that was refused; null: nothing.
     std::string (*refusal)(const std::string& path) = nullptr;
 };
