@@ -1,0 +1,81 @@
+// Reading text files of 16384 channels, with the splitting of the same bytes into lines beside it.
+
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "base/dialogs.h"
+#include "base/file_replacement.h"
+#include "base/input_file.h"
+#include "make_samples/text_writers.h"
+#include "spectrum/canberra35_reader.h"
+#include "spectrum/chn_reader.h"
+#include "spectrum/dos_oxford_reader.h"
+#include "spectrum/win_oxford_reader.h"
+
+namespace {
+
+using kestrel::Spectrum;
+
+class SilentDialogs : public kestrel::Dialogs {
+  public:
+    bool message(const kestrel::MessageBox&) override { return true; }
+    std::string input(const kestrel::InputBox&) override { return {}; }
+    kestrel::FileChoice openFile(const kestrel::FileDialog&) override { return {}; }
+    kestrel::FileChoice saveFile(const kestrel::FileDialog&) override { return {}; }
+    std::unique_ptr<kestrel::PrintJob> print() override { return nullptr; }
+    void setPointer(kestrel::Pointer) override {}
+};
+
+struct Form {
+    std::string (*write)(const Spectrum&);
+    bool (*read)(Spectrum&, kestrel::Dialogs&);
+};
+constexpr std::array<Form, 3> forms = {{
+    {kestrel::samples::winOxfordFile, kestrel::readWinOxfordFile},
+    {kestrel::samples::dosOxfordFile, kestrel::readDosOxfordFile},
+    {kestrel::samples::canberra35File, kestrel::readCanberra35File},
+}};
+
+// A spectrum whose path names a text file of the form, made from the sample of 16384 channels.
+std::unique_ptr<Spectrum> textFile(std::size_t form) {
+    SilentDialogs dialogs;
+    auto spectrum = std::make_unique<Spectrum>();
+    spectrum->filePath = KESTREL_SAMPLES "/eu152-co60-cs137-16384.chn";
+    kestrel::readChnFile(*spectrum, dialogs);
+    const std::string text = forms[form].write(*spectrum);
+    spectrum->filePath = (std::filesystem::temp_directory_path() / "kestrel-text-bench").string();
+    kestrel::replaceFile(spectrum->filePath, text);
+    return spectrum;
+}
+
+void splitText(benchmark::State& state) {
+    const auto spectrum = textFile(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state) {
+        kestrel::InputFile file(spectrum->filePath);
+        kestrel::LineReader lines(file);
+        for (std::string_view line; lines.next(line);)
+            benchmark::DoNotOptimize(line.data());
+    }
+    std::filesystem::remove(spectrum->filePath);
+}
+BENCHMARK(splitText)->DenseRange(0, forms.size() - 1);
+
+void readText(benchmark::State& state) {
+    const auto form = static_cast<std::size_t>(state.range(0));
+    SilentDialogs dialogs;
+    const auto spectrum = textFile(form);
+    for (auto _ : state) {
+        if (!forms[form].read(*spectrum, dialogs))
+            std::abort();
+    }
+    std::filesystem::remove(spectrum->filePath);
+}
+BENCHMARK(readText)->DenseRange(0, forms.size() - 1);
+
+}  // namespace
