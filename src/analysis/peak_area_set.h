@@ -19,7 +19,7 @@ struct PeakAreaSet {
     float netError = 0;  // counts
     float cps = 0;       // counts per second of live time
     float cpsError = 0;
-    FixedText<24> name;
+    FixedText<24> name{};
 };
 
 // Sets 0 to 127 can be committed; the one after the last committed set is the one being filled.

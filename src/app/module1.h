@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "analysis/peak_data_sets.h"
+#include "analysis/two_point_calibration.h"
 #include "app/settings.h"
 #include "base/palette.h"
 #include "spectrum/derived_arrays.h"
@@ -21,7 +23,9 @@ struct Module1 {
     ChannelArray<Colour> channelColour;  // 0: no nuclide mark
     Palette palette = standardPalette;
     Settings settings;
-    int lastFilterIndex = 1;  // of the open dialog
+    int lastFilterIndex = 1;            // of the open dialog
+    CalibrationTexts calibrationTexts;  // the two points last accepted in this run
+    PeakAreaState peakArea;
 };
 
 // The state at a start of the program: settings read from `systemDir`, then a blank spectrum of

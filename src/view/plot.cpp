@@ -1,7 +1,9 @@
 #include "view/plot.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -14,6 +16,7 @@ namespace kestrel {
 namespace {
 
 constexpr int black = 0;
+constexpr int lightGreen = 10;
 constexpr int lightRed = 12;
 constexpr int white = 15;
 
@@ -113,35 +116,52 @@ class Heights {
     std::vector<std::int32_t> values_;
 };
 
-// The curve of the channels after `first`, up to `last`.
+// Channels in half a group; below 1 every channel is drawn by itself.
+std::int16_t decimationStep(const ViewState& view) {
+    return toInt16((view.viewEndCh - view.viewStartCh + 4) / double{channelsPerPicture});
+}
+
+// The curve of the channels after the first one shown.
 class CurvePainter {
   public:
-    CurvePainter(const PlotInput& input, std::int16_t step, Canvas& canvas)
+    CurvePainter(const PlotInput& input, Canvas& canvas)
         : input_(input),
           canvas_(canvas),
           first_(input.view.viewStartCh),
           last_(input.view.viewEndCh),
-          group_(std::int64_t{2} * step),
+          group_(std::int64_t{2} * decimationStep(input.view)),
           heights_(input, first_, last_ + group_),
           lines_(input.view.plotMode == PlotMode::Line) {}
 
-    void draw() {
-        canvas_.moveTo(static_cast<double>(first_), heights_[first_]);
-        if (group_ < 2)
-            drawChannels();
-        else
-            drawGroups();
+    void draw() { drawPart(first_ + 1, last_); }
+
+    // The shown channels of `low` to `high` once more, in one colour, exactly where they stand.
+    void drawAgain(std::int64_t low, std::int64_t high, Colour colour) {
+        fixedColour_ = colour;
+        drawPart(std::max(low, first_ + 1), std::min(high, last_));
     }
 
   private:
+    void drawPart(std::int64_t from, std::int64_t to) {
+        if (from > to)
+            return;
+        if (group_ < 2)
+            drawChannels(from, to);
+        else
+            drawGroups(from - (from - first_ - 1) % group_, to);
+    }
+
     Colour colourOf(std::int64_t channel) const {
+        if (fixedColour_)
+            return *fixedColour_;
         const Colour colour =
             channel >= input_.spectrum.channelCount ? 0 : input_.channelColour[channel];
         return colour == 0 ? input_.palette[white] : colour;
     }
 
-    void drawChannels() {
-        for (std::int64_t i = first_ + 1; i <= last_; ++i) {
+    void drawChannels(std::int64_t from, std::int64_t to) {
+        canvas_.moveTo(static_cast<double>(from - 1), heights_[from - 1]);
+        for (std::int64_t i = from; i <= to; ++i) {
             const Colour colour = colourOf(i);
             const auto x = static_cast<double>(i);
             if (lines_) {
@@ -155,12 +175,13 @@ class CurvePainter {
 
     // A group shows its highest and its lowest channel, in channel order, so that neither a peak
     // nor a valley is lost when many channels share a pixel.
-    void drawGroups() {
-        for (std::int64_t i = first_ + 1; i <= last_; i += group_) {
+    void drawGroups(std::int64_t from, std::int64_t to) {
+        moveToEndBefore(from);
+        for (std::int64_t i = from; i <= to; i += group_) {
             const auto [earlier, later] = extremes(i);
             const Colour colour = colourOf(i);
             const auto x = static_cast<double>(i);
-            const double middle = x + static_cast<double>(group_) / 2.0;
+            const double middle = middleOf(i);
             if (lines_) {
                 canvas_.lineTo(x, earlier, colour);
                 canvas_.lineTo(x, later, colour);
@@ -170,6 +191,18 @@ class CurvePainter {
                 canvas_.point(middle, later, colour);
             }
         }
+    }
+
+    double middleOf(std::int64_t group) const {
+        return static_cast<double>(group) + static_cast<double>(group_) / 2.0;
+    }
+
+    // Where the curve stands when the group that begins with channel `from` is drawn.
+    void moveToEndBefore(std::int64_t from) {
+        if (from == first_ + 1)
+            canvas_.moveTo(static_cast<double>(first_), heights_[first_]);
+        else
+            canvas_.moveTo(middleOf(from - group_), extremes(from - group_).later);
     }
 
     struct Extremes {
@@ -197,6 +230,7 @@ class CurvePainter {
     std::int64_t group_;
     Heights heights_;
     bool lines_;
+    std::optional<Colour> fixedColour_;
 };
 
 void drawCurve(const PlotInput& input, Canvas& canvas) {
@@ -204,9 +238,25 @@ void drawCurve(const PlotInput& input, Canvas& canvas) {
     if (!hasCurve(input.spectrum))
         return;
     canvas.setDrawWidth(view.plotMode == PlotMode::Line ? 1 : 2);
-    const std::int16_t step =
-        toInt16((view.viewEndCh - view.viewStartCh + 4) / double{channelsPerPicture});
-    CurvePainter(input, step, canvas).draw();
+    CurvePainter(input, canvas).draw();
+}
+
+// The regions that the peak-area dialog has, over the curve. A bound of 0 counts as channel 1.
+void drawRegions(const PlotInput& input, Canvas& canvas) {
+    if (input.regions == nullptr || !input.regions->shown)
+        return;
+    std::array<std::int16_t, 6> bounds{};
+    std::ranges::transform(input.regions->texts, bounds.begin(), [](const std::string& text) {
+        const std::int16_t bound = toInt16(parseLeadingNumber(text));
+        return bound == 0 ? std::int16_t{1} : bound;
+    });
+    if (!hasCurve(input.spectrum))
+        return;
+    const Colour background = input.palette[lightGreen];
+    CurvePainter curve(input, canvas);
+    curve.drawAgain(bounds[0], bounds[1], background);
+    curve.drawAgain(bounds[2], bounds[3], input.palette[lightRed]);
+    curve.drawAgain(bounds[4], bounds[5], background);
 }
 
 void drawLinearPlot(const PlotInput& input, Canvas& canvas) {
@@ -255,6 +305,7 @@ void drawSpectrum(const PlotInput& input, Canvas& canvas, Dialogs& dialogs) {
         drawLogPlot(input, canvas);
     dialogs.setPointer(Pointer::Default);
     drawHeaderTexts(input, canvas);
+    drawRegions(input, canvas);
 }
 
 }  // namespace kestrel

@@ -7,6 +7,7 @@
 #include "base/dialogs.h"
 #include "base/palette.h"
 #include "spectrum/derived_arrays.h"
+#include "spectrum/region_bounds.h"
 #include "spectrum/spectrum.h"
 #include "view/view_state.h"
 
@@ -19,11 +20,13 @@ struct PlotInput {
     const ViewState& view;
     const ChannelArray<Colour>& channelColour;  // 0: drawn white
     const Palette& palette;
+    const RegionBounds* regions = nullptr;  // null: a plot that never shows any
 };
 
 // Repaints all of the canvas. It leaves the fore colour light red, in which the base line and the
 // channel ticks of the next repaint are drawn. At most about 2 x 4096 curve elements are drawn,
-// however many channels are shown. Faults: SubscriptOutOfRange, Overflow.
+// however many channels are shown. While the regions of a peak are shown, their channels are drawn
+// once more in light green and light red. Faults: SubscriptOutOfRange, Overflow.
 void drawSpectrum(const PlotInput& input, Canvas& canvas, Dialogs& dialogs);
 
 }  // namespace kestrel

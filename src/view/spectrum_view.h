@@ -99,6 +99,8 @@ class SpectrumView {
     void stepLeft();
     void stepRight();
     void setPlotMode(PlotMode mode);
+    // The cursor on a channel, or on the nearest that it may stand on, in the middle of the view.
+    void jumpTo(int channel);
 
     // Faults: Overflow for a cursor step out of 16 bits; those of drawing.
     void keyDown(int keyCode, int shift);
@@ -120,7 +122,6 @@ class SpectrumView {
     void previousPeak();
     void nextPeak();
     bool isPeak(int channel) const;
-    void jumpTo(int channel);
 
     void recentre();
     void drawCursor();

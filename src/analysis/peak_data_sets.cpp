@@ -1,0 +1,236 @@
+#include "analysis/peak_data_sets.h"
+
+#include <cstddef>
+
+#include "analysis/net_area.h"
+#include "base/integers.h"
+#include "base/number_text.h"
+#include "base/text.h"
+
+namespace kestrel {
+namespace {
+
+constexpr std::int16_t lastBound = 6;
+
+PeakAreaSet& current(const PeakAreaWork& work) {
+    return work.sets[work.state.currentSet];
+}
+
+PeakRegions enteredRegions(const RegionBounds& bounds) {
+    const auto bound = [&bounds](std::size_t i) {
+        return toInt32(parseLeadingNumber(bounds.texts[i]));
+    };
+    return {.bkg1Low = bound(0),
+            .bkg1High = bound(1),
+            .pkLow = bound(2),
+            .pkHigh = bound(3),
+            .bkg2Low = bound(4),
+            .bkg2High = bound(5)};
+}
+
+std::int32_t sumOf(const PeakRegions& r) {
+    std::int32_t sum = 0;
+    for (const std::int32_t bound :
+         {r.bkg1Low, r.bkg1High, r.pkLow, r.pkHigh, r.bkg2Low, r.bkg2High})
+        sum = narrow32(std::int64_t{sum} + bound);
+    return sum;
+}
+
+// Of several faults the one nearest the low end of the spectrum; null when the regions are in
+// order. Each spans at least two channels, and none touches the next.
+const char* faultOf(const PeakRegions& r) {
+    if (r.bkg1Low >= r.bkg1High)
+        return "BKG1(low) >= BKG1(high)";
+    if (r.bkg1High >= r.pkLow)
+        return "BKG1(high) >= PK(low)";
+    if (r.pkLow >= r.pkHigh)
+        return "PK(low) >= PK(high)";
+    if (r.pkHigh >= r.bkg2Low)
+        return "PK(high) >= BKG2(low)";
+    return r.bkg2Low >= r.bkg2High ? "BKG2(low) >= BKG2(high)" : nullptr;
+}
+
+void store(const PeakRegions& r, PeakAreaSet& set) {
+    set.bkg1Low = narrow16(r.bkg1Low);
+    set.bkg1High = narrow16(r.bkg1High);
+    set.bkg2Low = narrow16(r.bkg2Low);
+    set.bkg2High = narrow16(r.bkg2High);
+    set.pkLow = narrow16(r.pkLow);
+    set.pkHigh = narrow16(r.pkHigh);
+}
+
+// Right-justified in a field that a longer number widens: no digit is lost.
+std::string justified(double value, const char* pattern, std::size_t width) {
+    const std::string text = formatNumber(value, pattern);
+    return text.size() < width ? rightAligned(text, width) : text;
+}
+
+std::string withError(float value, float error) {
+    return formatNumber(double{value}, "0.0000E+00") + " +- " +
+           formatNumber(double{error}, "0.000E+00");
+}
+
+std::string percentage(const PeakAreaSet& set, const char* without) {
+    if (set.cps > 0)
+        return formatNumber(double{set.cpsError} / double{set.cps} * 100, "###0.000");
+    return without;
+}
+
+void showBounds(const PeakAreaSet& set, RegionBounds& bounds) {
+    const std::int16_t channels[] = {set.bkg1Low, set.bkg1High, set.pkLow,
+                                     set.pkHigh,  set.bkg2Low,  set.bkg2High};
+    for (std::size_t i = 0; i < bounds.texts.size(); ++i)
+        bounds.texts[i] = justified(channels[i], "###0", 4);
+}
+
+void showRemark(PeakAreaSet& set, PeakAreaFields& fields) {
+    fields.remark = set.name.trimmed();
+    set.name.assign(fields.remark);
+}
+
+void showSums(const PeakAreaWork& work) {
+    const PeakAreaSet& set = current(work);
+    const auto sum = [&work](std::int16_t low, std::int16_t high) {
+        return justified(sumCounts(work.spectrum, low, high), "#######0", 8);
+    };
+    auto& sums = work.state.fields.sums;
+    sums[0] = sum(set.bkg1Low, set.bkg1High);
+    sums[1] = sum(set.pkLow, set.pkHigh);
+    sums[2] = sum(set.bkg2Low, set.bkg2High);
+}
+
+void commitNewSet(const PeakAreaWork& work) {
+    if (work.state.currentSet == work.setCount && work.setCount < mostPeakSets)
+        ++work.setCount;
+}
+
+// The user may leave regions behind that are out of order; they are not stored.
+bool givesUpRegions(const PeakAreaWork& work) {
+    return work.dialogs.message({.text = "This data setting is not complete.\rYou miss this data.",
+                                 .title = "Check...",
+                                 .icon = Icon::Exclamation,
+                                 .buttons = Buttons::OkCancel});
+}
+
+void refuseMoreSets(const PeakAreaWork& work) {
+    work.dialogs.message(
+        {.text = "Area data sets exceed 128", .title = "Error...", .icon = Icon::Exclamation});
+}
+
+// While any bound is 0 or empty nothing is measured. The product of two negative bounds passes as
+// well, on purpose: computePeakArea has the last word.
+bool allEntered(const RegionBounds& bounds) {
+    double product = 1;
+    for (std::size_t i = 0; i < bounds.texts.size(); ++i) {
+        const double bound = parseLeadingNumber(bounds.texts[i]);
+        product *= i < 2 ? toInt32(bound) : std::int32_t{toInt16(bound)};
+    }
+    return product >= 1;
+}
+
+}  // namespace
+
+AreaStatus computePeakArea(const PeakAreaWork& work) {
+    const PeakRegions regions = enteredRegions(work.state.fields.bounds);
+    if (sumOf(regions) == 0 && work.setCount == 0)
+        return AreaStatus::Empty;
+    if (const char* fault = faultOf(regions)) {
+        work.dialogs.message({.text = std::string("Ch Error\r") + fault,
+                              .title = "Error...",
+                              .icon = Icon::Question});
+        return AreaStatus::Failed;
+    }
+    PeakAreaSet& set = current(work);
+    computeNetArea(work.spectrum, regions, set);
+    store(regions, set);
+    set.name.assign(work.state.fields.remark);
+    return AreaStatus::Computed;
+}
+
+void showDataSet(const PeakAreaWork& work) {
+    PeakAreaSet& set = current(work);
+    PeakAreaFields& fields = work.state.fields;
+    showBounds(set, fields.bounds);
+    showRemark(set, fields);
+    if (work.setCount >= 1 && work.state.currentSet != work.setCount)
+        computePeakArea(work);
+    fields.net = withError(set.net, set.netError);
+    fields.cps = withError(set.cps, set.cpsError);
+    fields.relativeError = percentage(set, "      ");
+    showRemark(set, fields);
+    fields.index = signedNumber(std::int64_t{work.state.currentSet});
+    showSums(work);
+}
+
+bool previousDataSet(const PeakAreaWork& work) {
+    if (computePeakArea(work) == AreaStatus::Failed) {
+        if (!givesUpRegions(work))
+            return false;
+    } else if (work.state.currentSet >= 1) {
+        commitNewSet(work);
+    }
+    if (work.state.currentSet <= 0)
+        return false;
+    --work.state.currentSet;
+    showDataSet(work);
+    return true;
+}
+
+bool nextDataSet(const PeakAreaWork& work) {
+    if (work.state.currentSet == mostPeakSets) {
+        refuseMoreSets(work);
+        return false;
+    }
+    if (computePeakArea(work) == AreaStatus::Failed)
+        return false;
+    commitNewSet(work);
+    if (work.state.currentSet >= work.setCount)
+        return false;
+    ++work.state.currentSet;
+    // The last record of the table is reached but never shown, on purpose: the fields still have
+    // the set before it.
+    if (work.state.currentSet == mostPeakSets) {
+        refuseMoreSets(work);
+        return false;
+    }
+    showDataSet(work);
+    return true;
+}
+
+void clearDataSet(const PeakAreaWork& work) {
+    if (work.setCount == 0 || !work.dialogs.message({.text = "Do you clear this data set ?",
+                                                     .title = "Check...",
+                                                     .icon = Icon::Question,
+                                                     .buttons = Buttons::OkCancel}))
+        return;
+    for (int i = work.state.currentSet; i <= work.setCount; ++i)
+        work.sets[i] = work.sets[i + 1];
+    store(PeakRegions{}, work.sets[work.setCount + 1]);
+    --work.setCount;
+    showDataSet(work);
+}
+
+bool enterCursorChannel(const PeakAreaWork& work, std::int16_t cursorCh,
+                        const std::function<void()>& regionsChanged) {
+    PeakAreaFields& fields = work.state.fields;
+    std::int16_t& field = work.state.focusedField;
+    const bool entered = field >= 1 && field <= lastBound;
+    if (entered) {
+        fields.bounds.texts[static_cast<std::size_t>(field) - 1] =
+            signedNumber(std::int64_t{cursorCh});
+        if (field < lastBound)
+            ++field;
+        regionsChanged();
+    }
+    if (!allEntered(fields.bounds))
+        return entered;
+    computePeakArea(work);
+    const PeakAreaSet& set = current(work);
+    fields.net = withError(set.net, set.netError);
+    fields.cps = withError(set.cps, set.cpsError);
+    fields.relativeError = percentage(set, "   0.0");
+    fields.index = signedNumber(std::int64_t{work.state.currentSet});
+    return entered;
+}
+
+}  // namespace kestrel

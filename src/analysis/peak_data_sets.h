@@ -1,0 +1,71 @@
+// The peak-area data sets behind the dialog pkArea: showing, measuring and clearing one, and
+// stepping from one to the next.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "analysis/peak_area_set.h"
+#include "base/dialogs.h"
+#include "spectrum/region_bounds.h"
+#include "spectrum/spectrum.h"
+
+namespace kestrel {
+
+// The fields of the dialog, as they are shown.
+struct PeakAreaFields {
+    RegionBounds bounds;              // Text1 to Text6
+    std::string net;                  // Text7
+    std::string cps;                  // Text8
+    std::string index;                // Text9
+    std::string relativeError;        // Text10, per cent
+    std::string remark;               // Text11
+    std::array<std::string, 3> sums;  // Text12 to Text14
+};
+
+struct PeakAreaState {
+    PeakAreaFields fields;
+    std::int16_t currentSet = 0;    // the set shown; setCount while a new one is being filled
+    std::int16_t focusedField = 0;  // 1 to 6: the bound that takes the next channel; 0: none
+};
+
+// What the operations work on.
+struct PeakAreaWork {
+    const Spectrum& spectrum;
+    PeakAreaTable& sets;
+    std::int16_t& setCount;  // committed sets: 0 to setCount - 1
+    PeakAreaState& state;
+    Dialogs& dialogs;
+};
+
+enum class AreaStatus {
+    Computed,
+    Empty,   // no set yet and nothing entered: as good as computed
+    Failed,  // regions out of order; the user has been told
+};
+
+// Checks the bounds in the fields and stores them, the remark and the results in the current set.
+// Faults: those of computeNetArea, Overflow; the set then keeps its contents.
+AreaStatus computePeakArea(const PeakAreaWork& work);
+
+// Fills the fields from the current set; a committed set is measured again in the spectrum that is
+// loaded now. Faults: those of computePeakArea.
+void showDataSet(const PeakAreaWork& work);
+
+// "<" and ">". True when another set is shown, and the first bound is to have the focus.
+bool previousDataSet(const PeakAreaWork& work);
+bool nextDataSet(const PeakAreaWork& work);
+
+// "Clear": the later sets move down, once the user agrees. Faults: SubscriptOutOfRange with 128
+// sets.
+void clearDataSet(const PeakAreaWork& work);
+
+// Puts the cursor's channel into the bound whose turn it is and measures, unless a bound is still
+// 0. `regionsChanged` runs in between: the regions have changed, nothing is measured yet. False
+// when it is no bound's turn.
+bool enterCursorChannel(const PeakAreaWork& work, std::int16_t cursorCh,
+                        const std::function<void()>& regionsChanged);
+
+}  // namespace kestrel

@@ -1,0 +1,19 @@
+// The peak-area results as a text file <name of the spectrum>.pkm.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "spectrum/spectrum.h"
+
+namespace kestrel {
+
+// The name of the spectrum's file without folder and ending, and ".pkm".
+std::string pkmFileName(const Spectrum& spectrum);
+
+// Writes header and `lines` into `folder`, over an older file; lines end with CR LF, and texts keep
+// the bytes that they have. Faults: those of replaceFile.
+void writePkmFile(const Spectrum& spectrum, const std::string& folder,
+                  const std::vector<std::string>& lines);
+
+}  // namespace kestrel
