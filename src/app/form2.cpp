@@ -19,6 +19,7 @@ namespace {
 
 constexpr int mainPlacement = 2;
 constexpr int informationPlacement = 10;
+constexpr int rightButton = 2;
 // A stored width of less than this, in twips, is no window that anybody left.
 constexpr int narrowestPlacement = 1000;
 
@@ -53,7 +54,8 @@ Form2::Form2(Module1& module, Dialogs& dialogs)
       Text1(new QLineEdit(this)),
       module_(module),
       dialogs_(dialogs),
-      view_({module.spectrum, module.derived, module.view, module.channelColour, module.palette},
+      view_({module.spectrum, module.derived, module.view, module.channelColour, module.palette,
+             &module.peakArea.fields.bounds},
             module.view, Picture1->canvas(), dialogs, *this) {
     setObjectName(QStringLiteral("Form2"));
     Picture1->setObjectName(QStringLiteral("Picture1"));
@@ -127,8 +129,11 @@ void Form2::Picture1_Resize() {
         view_.redraw();
 }
 
-void Form2::Picture1_MouseDown(int, int, double x, double) {
-    view_.mouseDown(x);
+void Form2::Picture1_MouseDown(int button, int, double x, double) {
+    if (button == rightButton && module_.peakArea.fields.bounds.shown && form7_)
+        form7_->enterCursorChannel(module_.view.cursorCh);
+    else
+        view_.mouseDown(x);
 }
 
 void Form2::openSpectrumFile() {
@@ -142,6 +147,8 @@ void Form2::openSpectrumFile() {
         if (form10_)
             form10_->refresh();
         view_.showNewSpectrum();
+        if (form7_ && form7_->isVisible() && form7_->close())
+            pkarea_Click();
     }
     focusPlot();
 }

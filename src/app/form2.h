@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include <QAction>
@@ -10,6 +11,7 @@
 #include <QMainWindow>
 #include <QPushButton>
 
+#include "analysis/form7.h"
 #include "app/module1.h"
 #include "base/dialogs.h"
 #include "spectrum/form10.h"
@@ -69,6 +71,9 @@ class Form2 : public QMainWindow, private ViewWindow {
     void askNuclide();
     void openSpectrumFile();
     void showCaption();
+    PeakAreaWork peakAreaWork();
+    void showPeakAreaResults();
+    void chooseDirectory(const std::string& caption, const std::string& label, QWidget* over);
     void showDataInformation();
     bool closeOtherWindows();
     bool mayLeave();
@@ -82,6 +87,7 @@ class Form2 : public QMainWindow, private ViewWindow {
     Module1& module_;
     Dialogs& dialogs_;
     SpectrumView view_;
+    std::unique_ptr<Form7> form7_;
     std::unique_ptr<Form10> form10_;
     bool settingsUnsaved_ = false;  // the last attempt to save them failed
 };

@@ -4,11 +4,21 @@
 #include <QMenu>
 #include <QMenuBar>
 
+#include "analysis/form11.h"
+#include "analysis/form5.h"
 #include "app/form2.h"
 #include "spectrum/csv_export.h"
+#include "app/form6.h"
+#include "base/qt/text_codec.h"
+#include "view/jumps.h"
 
 namespace kestrel {
 namespace {
+
+constexpr int calibrationPlacement = 5;
+constexpr int directoryPlacement = 6;
+constexpr int peakAreaPlacement = 7;
+constexpr int resultPlacement = 11;
 
 QString itemName(const char* control, int index) {
     return QStringLiteral("%1(%2)").arg(QLatin1String(control)).arg(index);
@@ -101,17 +111,70 @@ void Form2::f11_Click(int index) {
     }
 }
 
-void Form2::o11_Click(int) {}
+void Form2::o11_Click(int index) {
+    if (index != 0)
+        return;
+    Form5 form5(module_.spectrum, module_.calibrationTexts, dialogs_,
+                module_.settings.windowPlacement[calibrationPlacement], this);
+    if (form5.exec() == QDialog::Accepted)
+        view_.redraw();
+    focusPlot();
+}
 
 void Form2::o111_Click(int index) {
     view_.setPlotMode(index == 0 ? PlotMode::Line : PlotMode::Dots);
 }
 
-void Form2::pkarea_Click() {}
+PeakAreaWork Form2::peakAreaWork() {
+    return {module_.spectrum, module_.settings.peakSets, module_.settings.peakSetCount,
+            module_.peakArea, dialogs_};
+}
 
-void Form2::jump_ch_Click() {}
+// Without a live time there is nothing to measure, and no spectrum loaded as a rule.
+void Form2::pkarea_Click() {
+    if (module_.spectrum.liveTime == 0)
+        return;
+    if (form7_ && form7_->isVisible()) {
+        form7_->raise();
+        form7_->activateWindow();
+        return;
+    }
+    form7_ = std::make_unique<Form7>(
+        peakAreaWork(), module_.settings.windowPlacement[peakAreaPlacement],
+        [this] { showPeakAreaResults(); }, this);
+    connect(form7_.get(), &Form7::regionsChanged, this, [this] { view_.redraw(); });
+    form7_->Form_Load();
+    activateWindow();
+    focusPlot();
+}
 
-void Form2::jump_engy_Click() {}
+void Form2::showPeakAreaResults() {
+    Settings& settings = module_.settings;
+    const ResultSource source{module_.spectrum, settings.peakSets, settings.peakSetCount,
+                              settings.saveAsDir};
+    const auto chooser = [this](const std::string& caption, const std::string& label,
+                                QWidget* over) { chooseDirectory(caption, label, over); };
+    Form11(source, chooser, settings.windowPlacement[resultPlacement], form7_.get()).exec();
+}
+
+void Form2::chooseDirectory(const std::string& caption, const std::string& label, QWidget* over) {
+    Settings& settings = module_.settings;
+    Form6 form6({settings.marigoldDir, settings.saveAsDir},
+                settings.windowPlacement[directoryPlacement], over);
+    form6.setWindowTitle(toWindow(caption));
+    form6.Label1->setText(toWindow(label));
+    form6.exec();
+}
+
+void Form2::jump_ch_Click() {
+    view_.jumpTo(askChannel(dialogs_));
+    focusPlot();
+}
+
+void Form2::jump_engy_Click() {
+    view_.jumpTo(askEnergy(module_.spectrum.calCurrent, dialogs_));
+    focusPlot();
+}
 
 void Form2::win_wngy_Click() {}
 

@@ -113,7 +113,8 @@ bool QtDialogs::message(const MessageBox& box) {
     dialog.setIcon(toQtIcon(box.icon));
     dialog.setWindowTitle(toWindow(box.title));
     dialog.setTextFormat(Qt::PlainText);
-    dialog.setText(toWindow(box.text));
+    // A carriage return breaks the line too.
+    dialog.setText(toWindow(box.text).replace(QLatin1Char('\r'), QLatin1Char('\n')));
     dialog.setInformativeText(toWindow(box.details));
     dialog.setStandardButtons(box.buttons == Buttons::Ok ? QMessageBox::Ok
                                                          : QMessageBox::Ok | QMessageBox::Cancel);

@@ -1,0 +1,93 @@
+// Form7, the peak-area data sets: six bounds, their results, and the steps from set to set. It
+// stays open beside the main window, whose plot enters the bounds.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QWidget>
+
+#include "analysis/peak_data_sets.h"
+#include "base/window_placement.h"
+
+namespace kestrel {
+
+class Form7 : public QWidget {
+    Q_OBJECT
+
+  public:
+    // `showResults` opens the results window. What `work` and `placement` refer to must outlive the
+    // window.
+    Form7(const PeakAreaWork& work, WindowPlacement& placement, std::function<void()> showResults,
+          QWidget* parent);
+
+    // Shows the window with set 0.
+    void Form_Load();
+
+    // A right click into the plot.
+    void enterCursorChannel(std::int16_t cursorCh);
+
+    QLineEdit* const Text1;  // low background
+    QLineEdit* const Text2;
+    QLineEdit* const Text3;  // peak
+    QLineEdit* const Text4;
+    QLineEdit* const Text5;  // high background
+    QLineEdit* const Text6;
+    QLineEdit* const Text7;   // net area
+    QLineEdit* const Text8;   // count rate
+    QLineEdit* const Text9;   // index of the set
+    QLineEdit* const Text10;  // relative error
+    QLineEdit* const Text11;  // remark
+    QLineEdit* const Text12;  // sums
+    QLineEdit* const Text13;
+    QLineEdit* const Text14;
+    QPushButton* const Command1;
+    QPushButton* const Command2;
+    QPushButton* const Command3;
+
+  signals:
+    // The plot must draw the regions again.
+    void regionsChanged();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    std::array<QLineEdit*, 6> bounds() const { return {Text1, Text2, Text3, Text4, Text5, Text6}; }
+    QLineEdit* result(const char* name, int columns, const char* accessible);
+    QPushButton* button(const char* name, const char* caption, const char* accessible);
+    QLabel* label(const char* text);
+
+    void placeControls();
+    QLayout* regionControls();
+    QLayout* resultControls();
+    QLayout* buttonRow();
+    void connectControls();
+    void setTabOrders();
+
+    void Command1_Click();
+    void Command2_Click();
+    void Command3_Click();
+    void o1_Click();
+
+    // Runs an operation and shows what it left in the fields, also where it ended in a fault.
+    template <typename Operation>
+    auto run(Operation operation);
+    void showFields();
+    void focusBound(std::int16_t number);  // 1 to 6
+    void showFocusedField();
+
+    PeakAreaWork work_;
+    PeakAreaFields& fields_;
+    WindowPlacement& placement_;
+    std::function<void()> showResults_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,362 @@
+// Calibrating and measuring through the real windows.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+#include <QApplication>
+#include <QTest>
+#include <QTimer>
+
+#include "analysis/form11.h"
+#include "analysis/form5.h"
+#include "analysis/net_area.h"
+#include "app/form2.h"
+#include "app/form6.h"
+#include "base/qt/kestrel_application.h"
+#include "chn_bytes.h"
+#include "scripted_dialogs.h"
+#include "temp_folder.h"
+
+namespace kestrel {
+namespace {
+
+class Analysis : public testing::Test {
+  protected:
+    Analysis() {
+        static_cast<KestrelApplication*>(qApp)->showFaultsIn(dialogs);
+        startModule1(*module, folder.path());
+        start();
+        open(KESTREL_SAMPLES "/eu152-co60-cs137-4096.chn");
+    }
+
+    void start() {
+        form2 = std::make_unique<Form2>(*module, dialogs);
+        form2->show();
+        QApplication::processEvents();
+    }
+    void restart() {
+        form2->close();
+        form2.reset();
+        module = std::make_unique<Module1>();
+        startModule1(*module, folder.path());
+        start();
+    }
+    void open(const std::string& path) {
+        dialogs.fileAnswer = {.path = path, .filterIndex = 1};
+        key(Qt::Key_G);
+    }
+    void key(Qt::Key which) const { QTest::keyClick(form2->Picture1, which); }
+    void trigger(const char* name) const {
+        for (const QWidget* window : QApplication::topLevelWidgets()) {
+            if (auto* action = window->findChild<QAction*>(QString::fromLatin1(name)))
+                return action->trigger();
+        }
+        FAIL() << name;
+    }
+    // Goes to a channel by the input box and enters it by the right button.
+    void enter(int channel) {
+        dialogs.inputAnswer = std::to_string(channel);
+        key(Qt::Key_A);
+        rightClick();
+    }
+    void rightClick() const { QTest::mousePress(form2->Picture1, Qt::RightButton, {}, {300, 100}); }
+    void measureAt(int centre) {
+        for (const int offset : {-30, -14, -10, 10, 14, 30})
+            enter(centre + offset);
+    }
+    Form7& form7() const { return *form2->findChild<Form7*>(); }
+    std::string status() const { return form2->Text1->text().toStdString(); }
+
+    // Runs `action` with a modal window as soon as it is open.
+    template <typename Form>
+    void with(std::function<void(Form&)> action) {
+        QTimer::singleShot(0, qApp, [this, action] {
+            auto* form = qobject_cast<Form*>(QApplication::activeModalWidget());
+            ++modal;
+            ASSERT_NE(form, nullptr);
+            action(*form);
+            if (form->isVisible())
+                form->reject();
+        });
+    }
+    static void type(QLineEdit* field, const char* text) {
+        field->selectAll();
+        QTest::keyClicks(field, QString::fromLatin1(text));
+    }
+
+    test::TempFolder folder;
+    test::ScriptedDialogs dialogs;
+    std::unique_ptr<Module1> module = std::make_unique<Module1>();
+    std::unique_ptr<Form2> form2;
+    int modal = 0;
+};
+
+constexpr int lines[] = {244, 689, 1325, 1558, 2665};  // channels of strong lines of the sample
+
+TEST_F(Analysis, GoesFromACalibrationToAFileOfFivePeaksAndOnToTheNextSpectrum) {
+    with<Form5>([](Form5& form) {
+        form.Check1->click();
+        type(form.Text1, "1325");
+        type(form.Text2, "661.66");
+        type(form.Text3, "2665");
+        type(form.Text4, "1332.5");
+        QTest::mouseClick(form.Command1, Qt::LeftButton);
+    });
+    dialogs.inputAnswer = "1325";
+    key(Qt::Key_A);
+    key(Qt::Key_I);
+    EXPECT_EQ(status().substr(4, 17), " 1325( 661.7keV) ");  // at once
+
+    trigger("pkarea");
+    for (const int line : lines) {
+        measureAt(line);
+        EXPECT_GT(module->settings.peakSets[module->peakArea.currentSet].net, 1000);
+        QTest::mouseClick(form7().Command2, Qt::LeftButton);
+    }
+    EXPECT_EQ(module->settings.peakSetCount, 5);
+    module->settings.saveAsDir = "/gone for good";
+    with<Form11>([this](Form11& form) {
+        ASSERT_EQ(form.List1->count(), 5);
+        EXPECT_EQ(form.List1->item(2)->text().left(20), "   3  1325.0   661.7");
+        with<Form6>([this](Form6& chooser) {
+            EXPECT_EQ(chooser.windowTitle(), "Output file Dir");
+            EXPECT_EQ(chooser.Label1->text(), "Save as...eu152-co60-cs137-4096.pkm");
+            EXPECT_EQ(chooser.Text1->text(), "/");
+            chooser.Text1->setText(QString::fromStdString(folder.path()));
+            QTest::keyClick(chooser.Text1, Qt::Key_Return);
+        });
+        QTest::mouseClick(form.Command1, Qt::LeftButton);
+        EXPECT_FALSE(form.isVisible());
+    });
+    trigger("o1");
+    EXPECT_EQ(modal, 3);
+    const std::string file = folder.read("eu152-co60-cs137-4096.pkm");
+    EXPECT_EQ(std::count(file.begin(), file.end(), '\n'), 8 + 5 + 1);
+
+    // The sixth set is empty: without stepping back the dialog, and with it the program, stays.
+    EXPECT_FALSE(form2->close());
+    EXPECT_EQ(dialogs.messages.back().text, "Ch Error\rBKG1(low) >= BKG1(high)");
+    QTest::mouseClick(form7().Command1, Qt::LeftButton);
+    const PeakAreaTable measured = module->settings.peakSets;
+    restart();
+    EXPECT_EQ(module->settings.saveAsDir, folder.path());
+
+    // The same regions in a spectrum of twice the counts.
+    open(KESTREL_SAMPLES "/eu152-co60-cs137-4096.chn");
+    trigger("pkarea");
+    test::ChnBytes twice{.channelCount = 4096, .counts = {}};
+    for (int i = 0; i < 4096; ++i)
+        twice.counts.push_back(2 * module->spectrum.counts[i]);
+    open(folder.write("twice.chn", twice.bytes() + std::string(64, ' ')));
+    ASSERT_EQ(module->settings.peakSetCount, 5);
+    EXPECT_TRUE(form7().isVisible());
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(module->settings.peakSets[i].pkLow, lines[i] - 10);
+        EXPECT_NEAR(double{module->settings.peakSets[i].net}, 2 * double{measured[i].net}, 1);
+        if (i < 4)
+            QTest::mouseClick(form7().Command2, Qt::LeftButton);
+    }
+}
+
+TEST_F(Analysis, CalibratesFromFieldToFieldByEnter) {
+    with<Form5>([this](Form5& form) {
+        EXPECT_TRUE(form.Check1->isChecked());
+        EXPECT_EQ(form.Text1->palette().color(QPalette::Base), QColor(128, 128, 128));
+        form.Check1->click();
+        EXPECT_EQ(form.Text4->palette().color(QPalette::Base), QColor(192, 192, 192));
+        for (QLineEdit* field : {form.Text1, form.Text2, form.Text3, form.Text4}) {
+            EXPECT_EQ(form.focusWidget(), field);
+            QTest::keyClicks(field, "7");
+            QTest::keyClick(field, Qt::Key_Return);
+        }
+        EXPECT_EQ(form.focusWidget(), form.Command1);
+        QTest::keyClick(form.Command1, Qt::Key_Return);
+        EXPECT_EQ(dialogs.messages.back().text, "Energy Error\rEnergy(low) >= Energy(high)");
+        EXPECT_TRUE(form.isVisible());
+        EXPECT_EQ(form.Text1->text(), "7");
+        form.resize(500, 300);
+        QTest::keyClick(&form, Qt::Key_Escape);
+    });
+    trigger("o11(0)");
+    EXPECT_EQ(modal, 1);
+    // The check box counts at once, whatever button ends the dialog.
+    EXPECT_EQ(module->spectrum.useFileCalibration, 0);
+    EXPECT_EQ(module->spectrum.calCurrent, module->spectrum.calFromFile);
+    EXPECT_EQ(module->settings.windowPlacement[5].width, 500 * 15);
+    with<Form5>([](Form5& form) {
+        EXPECT_EQ(form.Text1->text(), "");
+        EXPECT_EQ(form.width(), 500);
+    });
+    trigger("o11(0)");
+}
+
+TEST_F(Analysis, JumpsToAnEnergyAndStaysOnAFault) {
+    dialogs.inputAnswer = "661.66";
+    trigger("jump_engy");
+    EXPECT_EQ(module->view.cursorCh, 1325);
+    dialogs.inputAnswer = "99999";
+    key(Qt::Key_A);
+    EXPECT_EQ(dialogs.messages.back().text, "Run-time error '6':\n\nOverflow");
+    EXPECT_EQ(module->view.cursorCh, 1325);
+    dialogs.inputAnswer = "20000";
+    trigger("jump_ch");
+    EXPECT_EQ(module->view.cursorCh, 4096);
+    dialogs.inputAnswer = "-5";
+    trigger("jump_ch");
+    EXPECT_EQ(module->view.cursorCh, 0);
+}
+
+TEST_F(Analysis, EntersTheCursorsChannelNotTheOneUnderTheMouse) {
+    trigger("pkarea");
+    EXPECT_TRUE(form2->Picture1->hasFocus());
+    dialogs.inputAnswer = "1234";
+    key(Qt::Key_A);
+    rightClick();
+    EXPECT_EQ(form7().Text1->text(), " 1234");
+    EXPECT_EQ(module->view.cursorCh, 1234);
+    // A field that is clicked into takes the next channel.
+    form7().activateWindow();
+    QApplication::processEvents();
+    form7().Text5->setFocus();
+    rightClick();
+    EXPECT_EQ(form7().Text5->text(), " 1234");
+    EXPECT_EQ(form7().Text2->text(), "   0");
+    form7().Text5->clear();
+    for (QLineEdit* field : {form7().Text1, form7().Text5})
+        type(field, "0");
+    EXPECT_TRUE(form7().close());
+    rightClick();
+    EXPECT_NE(module->view.cursorCh, 1234);
+}
+
+TEST_F(Analysis, MarksTheRegionsWhileTheDialogIsOpen) {
+    const auto greenDots = [this] {
+        const QImage& picture = form2->picture();
+        int dots = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x)
+                dots += picture.pixel(x, y) == 0xFF00FF00 ? 1 : 0;
+        }
+        return dots;
+    };
+    trigger("pkarea");
+    EXPECT_LT(greenDots(), 20);  // empty bounds stand for channel 1
+    measureAt(1325);
+    key(Qt::Key_PageUp);
+    EXPECT_GT(greenDots(), 20);
+    form7().close();
+    EXPECT_EQ(greenDots(), 0);
+    EXPECT_FALSE(module->peakArea.fields.bounds.shown);
+    EXPECT_GT(module->settings.windowPlacement[7].width, 1000);
+}
+
+TEST_F(Analysis, OpensNoPeakAreasWithoutALiveTimeAndLetsTheUserLeaveThem) {
+    trigger("pkarea");
+    measureAt(1325);
+    test::ChnBytes dead{.liveTime = 0};
+    open(folder.write("dead.chn", dead.bytes()));
+    EXPECT_EQ(dialogs.messages.back().text, "Run-time error '11':\n\nDivision by zero");
+    EXPECT_FALSE(form7().isVisible());
+    trigger("pkarea");
+    EXPECT_FALSE(form7().isVisible());
+    EXPECT_TRUE(form2->close());
+}
+
+TEST_F(Analysis, KeepsARemarkInTheBytesThatItHas) {
+    module->settings.peakSets[0] = {
+        .bkg1Low = 10, .bkg1High = 20, .bkg2Low = 50, .bkg2High = 60, .pkLow = 30, .pkHigh = 40};
+    module->settings.peakSets[0].name.assign("\x93\xfa\x95\x5c Cs-137");
+    module->settings.peakSetCount = 1;
+    trigger("pkarea");
+    EXPECT_EQ(form7().Text11->text(), QString::fromUtf8("日表 Cs-137"));
+    QTest::keyClicks(form7().Text11, "m");
+    QTest::mouseClick(form7().Command2, Qt::LeftButton);
+    EXPECT_EQ(module->settings.peakSets[0].name.trimmed(), "\x93\xfa\x95\x5c Cs-137m");
+}
+
+TEST_F(Analysis, TrimsAndSavesTheListOfResults) {
+    trigger("pkarea");
+    for (const int line : lines) {
+        measureAt(line);
+        QTest::mouseClick(form7().Command2, Qt::LeftButton);
+    }
+    const auto save = [this](Form11& form, const std::string& where) {
+        with<Form6>([where](Form6& chooser) {
+            chooser.Text1->setText(QString::fromStdString(where));
+            QTest::mouseClick(chooser.Command1, Qt::LeftButton);
+        });
+        QTest::mouseClick(form.Command1, Qt::LeftButton);
+    };
+    with<Form11>([&](Form11& form) {
+        form.List1->item(0)->setSelected(true);
+        form.List1->item(1)->setSelected(true);
+        QTest::mouseClick(form.Command4, Qt::LeftButton);
+        ASSERT_EQ(form.List1->count(), 3);
+        EXPECT_EQ(form.List1->item(0)->text().left(4), "   3");
+        // Cancelled: nothing is written, and nothing changes.
+        with<Form6>([](Form6& chooser) { chooser.reject(); });
+        QTest::mouseClick(form.Command1, Qt::LeftButton);
+        EXPECT_EQ(module->settings.saveAsDir, "");
+        // The folder is gone: the fault is shown, and the list is still there.
+        save(form, folder.file("gone"));
+        EXPECT_EQ(dialogs.messages.back().text, "Run-time error '76':\n\nPath not found");
+        EXPECT_TRUE(form.isVisible());
+        form.List1->item(1)->setSelected(true);
+        form.List1->item(2)->setSelected(true);
+        save(form, folder.path());
+        EXPECT_FALSE(form.isVisible());
+    });
+    trigger("o1");
+    EXPECT_EQ(modal, 4);
+    EXPECT_EQ(module->settings.peakSetCount, 5);
+    const std::string file = folder.read("eu152-co60-cs137-4096.pkm");
+    EXPECT_EQ(std::count(file.begin(), file.end(), '\n'), 8 + 2 + 1);
+    EXPECT_NE(file.find("\r\n   4  1558.0"), std::string::npos);
+    EXPECT_EQ(file.find("\r\n   3  1325.0"), std::string::npos);
+}
+
+TEST_F(Analysis, WalksThroughDrivesAndFolders) {
+    std::string marigold;
+    std::string saveAs = "?" + folder.file("gone/deeper");
+    std::filesystem::create_directories(folder.file("b/c"));
+    std::filesystem::create_directory(folder.file("a"));
+    WindowPlacement placement;
+    Form6 form({marigold, saveAs}, placement, form2.get());
+    EXPECT_EQ(form.windowTitle(), "Optn...Marigold Dir");
+    EXPECT_EQ(form.Label1->text(), "Marigold Dir");
+    const QString start = QString::fromStdString(folder.path());
+    EXPECT_EQ(form.Text1->text(), start);
+    EXPECT_EQ(form.Drive1->itemText(0), "/");
+    EXPECT_GE(form.Drive1->findText(QDir::homePath()), 0);
+    const auto enter = [&form](const QString& path) {
+        for (int row = 0; row < form.Dir1->count(); ++row) {
+            if (form.Dir1->item(row)->data(Qt::UserRole) == path) {
+                form.Dir1->setCurrentRow(row);
+                QTest::keyClick(form.Dir1, Qt::Key_Return);
+                return;
+            }
+        }
+        ADD_FAILURE() << path.toStdString();
+    };
+    form.show();
+    enter(start + "/b");
+    EXPECT_EQ(form.Text1->text(), start + "/b");
+    enter(start + "/b/c");
+    enter(start);
+    enter(start + "/a");
+    EXPECT_EQ(form.Text1->text(), start + "/a");
+    EXPECT_TRUE(form.isVisible());
+    form.Drive1->setFocus();
+    form.Drive1->setCurrentIndex(0);
+    emit form.Drive1->activated(0);
+    EXPECT_EQ(form.Text1->text(), "/");
+    enter("/tmp");
+    QTest::mouseClick(form.Command1, Qt::LeftButton);
+    EXPECT_EQ(saveAs, "/tmp");
+    EXPECT_EQ(marigold, "");
+    EXPECT_NE(placement.width, 0);
+}
+
+}  // namespace
+}  // namespace kestrel
