@@ -1,5 +1,6 @@
 #include "analysis/form7.h"
 
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -8,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMenuBar>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "base/qt/modal_form.h"
@@ -19,8 +21,6 @@ namespace {
 
 // A stored width of less than this, in twips, is no window that anybody left.
 constexpr int narrowestPlacement = 1000;
-// How far below the top of the main window, at its right edge, the window first comes up.
-constexpr int firstOffset = 60;
 constexpr int boundColumns = 6;
 constexpr int sumColumns = 10;
 constexpr int resultColumns = 24;  // "-1.2345E+05 +- 1.234E+02"
@@ -63,7 +63,15 @@ Form7::Form7(const PeakAreaWork& work, WindowPlacement& placement,
     if (placement_.width > narrowestPlacement)
         place(*this, placement_);
     else
-        move(parent->frameGeometry().topRight() - QPoint(frameSize().width(), -firstOffset));
+        moveBeside(*parent);
+}
+
+// Right of the main window as far as the screen allows, so that little of the plot is covered.
+void Form7::moveBeside(const QWidget& main) {
+    const QRect screen = main.screen()->availableGeometry();
+    const int rightmost = screen.right() - frameSize().width();
+    move(std::max(std::min(main.frameGeometry().right() + 1, rightmost), screen.left()),
+         main.geometry().top());
 }
 
 QLineEdit* Form7::result(const char* name, int columns, const char* accessible) {

@@ -65,6 +65,7 @@ class Form7 : public QWidget {
     QPushButton* button(const char* name, const char* caption, const char* accessible);
     QLabel* label(const char* text);
 
+    void moveBeside(const QWidget& main);
     void placeControls();
     QLayout* regionControls();
     QLayout* resultControls();
