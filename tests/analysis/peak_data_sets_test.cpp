@@ -226,6 +226,7 @@ TEST_F(DataSets, MoveDownWhenOneIsCleared) {
     EXPECT_EQ((*sets)[0].bkg1Low, 200);
     EXPECT_EQ((*sets)[1].bkg1Low, 300);
     EXPECT_EQ(fields.remark, "set 1");
+    EXPECT_EQ((*sets)[3].bkg1Low, 9);
     EXPECT_EQ((*sets)[4].bkg1Low, 0);  // of the record after the last only the bounds go
     EXPECT_EQ((*sets)[4].net, 5);
 }
