@@ -7,9 +7,9 @@
 #include "analysis/form11.h"
 #include "analysis/form5.h"
 #include "app/form2.h"
-#include "spectrum/csv_export.h"
 #include "app/form6.h"
 #include "base/qt/text_codec.h"
+#include "spectrum/csv_export.h"
 #include "view/jumps.h"
 
 namespace kestrel {

@@ -25,6 +25,7 @@ namespace {
 using samples::PeakPlan;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::IsSupersetOf;
 
 std::vector<double> measureOf(std::span<const std::int32_t> counts) {
     std::vector<double> measure(counts.size(), -1);
@@ -89,6 +90,31 @@ TEST(PeakMeasure, SeparatesEqualLinesTwoWidthsApartAndUnequalOnesAtThree) {
         EXPECT_NEAR(found[i], plan.peaks[i].energy, 1);
 }
 
+TEST(PeakMeasure, RoundsTheCentreOfAWidePeakToTheNearestChannel) {
+    PeakPlan plan = planWithWidth(14, 4096, 10);
+    plan.peaks = {{1000.3, 1e6}, {2000.7, 1e6}};
+    const std::vector<double> expected = samples::expectedPeaks(plan);
+    EXPECT_THAT(centres(drawn(4096, [&](int k) { return expected[static_cast<std::size_t>(k)]; })),
+                ElementsAre(1000, 2001));
+}
+
+std::unique_ptr<Spectrum> sample(const char* name) {
+    auto spectrum = std::make_unique<Spectrum>();
+    test::ScriptedDialogs dialogs;
+    spectrum->filePath = std::string(KESTREL_SAMPLES "/") + name;
+    EXPECT_TRUE(readChnFile(*spectrum, dialogs));
+    return spectrum;
+}
+
+std::vector<int> centresOf(const Spectrum& spectrum) {
+    return centres(spectrum.counts.span(0, spectrum.channelCount));
+}
+
+// At 1.5 keV a channel: 40.1 and 45.4 keV, 238.6 and 244.7 keV.
+TEST(PeakMeasure, FindsLinesThatStandInEachOthersFeet) {
+    EXPECT_THAT(centresOf(*sample("eu152-co60-cs137-1024.chn")), IsSupersetOf({27, 31, 159, 163}));
+}
+
 struct Sample {
     const char* name;
     int tolerance;  // channels
@@ -96,12 +122,6 @@ struct Sample {
 
 class PeaksOfSample : public testing::TestWithParam<Sample> {
   protected:
-    PeaksOfSample() {
-        test::ScriptedDialogs dialogs;
-        spectrum->filePath = std::string(KESTREL_SAMPLES "/") + GetParam().name;
-        EXPECT_TRUE(readChnFile(*spectrum, dialogs));
-        found = centres(spectrum->counts.span(0, spectrum->channelCount));
-    }
     bool hasCentreAt(double energy) const {
         const int channel = energyToChannel(spectrum->calCurrent, energy);
         return std::ranges::count_if(found, [&](int centre) {
@@ -109,8 +129,8 @@ class PeaksOfSample : public testing::TestWithParam<Sample> {
                }) == 1;
     }
 
-    std::unique_ptr<Spectrum> spectrum = std::make_unique<Spectrum>();
-    std::vector<int> found;
+    std::unique_ptr<Spectrum> spectrum = sample(GetParam().name);
+    std::vector<int> found = centresOf(*spectrum);
 };
 
 TEST_P(PeaksOfSample, AreTheLinesOfItsNuclidesAndOfTheBackgroundAndNoOthers) {
@@ -218,7 +238,8 @@ TEST(PeakMeasure, FaultsWhenTwoCountsTogetherExceed32Bits) {
         EXPECT_FAULT(measureOf(counts), Fault::Overflow);
     }
     std::vector<std::int32_t> counts(100);
-    counts[5] = counts[7] = std::numeric_limits<std::int32_t>::max();  // never added
+    // Pairs that are never added.
+    counts[5] = counts[7] = counts[95] = counts[97] = std::numeric_limits<std::int32_t>::max();
     EXPECT_FAULT(measureOf(counts), Fault{});
 }
 
