@@ -48,6 +48,13 @@ window_called() {
     [ -n "$(xdotool search --onlyvisible --name "$1")" ]
 }
 
+# take_nuclide_database: at a first start, Enter takes the database that comes with the program.
+take_nuclide_database() {
+    wait_for window_called '^OPEN NuclDB file'
+    xdotool windowactivate --sync "$(xdotool search --onlyvisible --name '^OPEN NuclDB file' | tail -n 1)"
+    xdotool key Return
+}
+
 # open_by_keys FILE: types the file's path into the open dialog of the active main window.
 open_by_keys() {
     xdotool key g

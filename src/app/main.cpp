@@ -7,6 +7,8 @@
 
 #include "app/form2.h"
 #include "app/module1.h"
+#include "app/nuclide_location.h"
+#include "app/places.h"
 #include "base/qt/kestrel_application.h"
 #include "base/qt/qt_dialogs.h"
 
@@ -17,7 +19,12 @@ int main(int argc, char** argv) {
 
     const auto module = std::make_unique<kestrel::Module1>();
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    kestrel::startModule1(*module, QFile::encodeName(folder).toStdString());
+    const kestrel::Places places = kestrel::findPlaces();
+    module->database = kestrel::NuclideDatabase(places.jetReader);
+    kestrel::startModule1(
+        *module, QFile::encodeName(folder).toStdString(), [&](std::string& marigoldDir) {
+            kestrel::checkNuclideDatabase(marigoldDir, places.nuclideData, dialogs);
+        });
 
     kestrel::Form2 form2(*module, dialogs);
     form2.show();

@@ -2,13 +2,14 @@
 
 namespace kestrel {
 
-void startModule1(Module1& module, const std::string& systemDir) {
+void startModule1(Module1& module, const std::string& systemDir,
+                  const DatabaseCheck& checkDatabase) {
     module.settings.peakSetCount = 0;
     module.settings.systemDir = systemDir;
     module.settings.marigoldDir.clear();
     module.settings.lastDirectory.clear();
     module.settings.saveAsDir.clear();
-    readSettings(module.settings, module.spectrum);
+    readSettings(module.settings, module.spectrum, checkDatabase);
     module.palette = standardPalette;
     Spectrum& spectrum = module.spectrum;
     spectrum.channelCount = 16384;
@@ -16,6 +17,7 @@ void startModule1(Module1& module, const std::string& systemDir) {
     spectrum.startTime.assign("");
     spectrum.comment.assign("");
     module.view = ViewState{};
+    module.nuclRoiOn = nuclideMarksOn;
     spectrum.calDefault = startCalibration;
     spectrum.useFileCalibration = 1;
 }

@@ -9,8 +9,11 @@
 #include "analysis/two_point_calibration.h"
 #include "app/settings.h"
 #include "base/palette.h"
+#include "nuclide/database.h"
+#include "nuclide/nuclide_data.h"
 #include "spectrum/derived_arrays.h"
 #include "spectrum/spectrum.h"
+#include "view/nuclide_marks.h"
 #include "view/view_state.h"
 
 namespace kestrel {
@@ -26,11 +29,17 @@ struct Module1 {
     int lastFilterIndex = 1;            // of the open dialog
     CalibrationTexts calibrationTexts;  // the two points last accepted in this run
     PeakAreaState peakArea;
+    NuclideDatabase database;
+    NuclideData nuclide;          // what the nuclide data window shows
+    std::string selectedNuclide;  // its key, such as "Eu-152m" or "Co- 60g"
+    std::int16_t nuclRoiOn = nuclideMarksOn;
 };
 
 // The state at a start of the program: settings read from `systemDir`, then a blank spectrum of
 // 16384 channels. The calibration of the settings file does not last beyond this: every start is
 // with 0.5 keV a channel and the files' own calibrations, and that is what the exit saves again.
-void startModule1(Module1& module, const std::string& systemDir);
+// `checkDatabase` as in readSettings.
+void startModule1(Module1& module, const std::string& systemDir,
+                  const DatabaseCheck& checkDatabase = {});
 
 }  // namespace kestrel

@@ -105,7 +105,7 @@ void writePeakSets(FieldWriter& file, const Settings& settings) {
 
 }  // namespace
 
-void readSettings(Settings& settings, Spectrum& spectrum) {
+void readSettings(Settings& settings, Spectrum& spectrum, const DatabaseCheck& checkDatabase) {
     const std::string startDir = settings.systemDir;
     try {
         FieldReader fields(readContents(startDir));
@@ -122,6 +122,8 @@ void readSettings(Settings& settings, Spectrum& spectrum) {
         !namesFolder(settings.systemDir))
         settings.systemDir = startDir;
 
+    if (checkDatabase)
+        checkDatabase(settings.marigoldDir);
     std::error_code ignored;
     if (namesFolder(settings.lastDirectory))
         std::filesystem::current_path(settings.lastDirectory, ignored);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "analysis/peak_area_set.h"
@@ -24,8 +25,10 @@ struct Settings {
 // into `spectrum`. Every section is searched from the start of the file, so their order does not
 // matter. Whatever is wrong with the file ends the reading silently; what has not been read by then
 // keeps its value. A systemDir in the file counts only if it is the full path of an existing
-// folder. Last, the directory lastDirectory is made current, if it exists.
-void readSettings(Settings& settings, Spectrum& spectrum);
+// folder. `checkDatabase` is then given the folder of the nuclide database, which it may change.
+// Last, the directory lastDirectory is made current, if it exists.
+using DatabaseCheck = std::function<void(std::string& marigoldDir)>;
+void readSettings(Settings& settings, Spectrum& spectrum, const DatabaseCheck& checkDatabase = {});
 
 // Writes all seven sections anew, and makes the folder systemDir where it is missing. Faults: those
 // of replaceFile; the old file then stays as it was.

@@ -37,8 +37,9 @@ struct FileFilter {
 struct FileDialog {
     std::string title;
     std::vector<FileFilter> filters;
-    int filterIndex = 1;  // counted from 1
-    std::string folder;   // empty: the current one
+    int filterIndex = 1;        // counted from 1
+    std::string folder;         // empty: the current one
+    std::string fileName = {};  // preselected, so that Enter takes it
 };
 
 struct FileChoice {

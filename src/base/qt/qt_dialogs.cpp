@@ -88,6 +88,8 @@ void prepare(QFileDialog& dialog, const FileDialog& request) {
         setFilterTexts(*list, request.filters);
         list->setCurrentIndex(request.filterIndex - 1);
     }
+    if (!request.fileName.empty())
+        dialog.selectFile(QFile::decodeName(request.fileName.c_str()));
 }
 
 FileChoice chooseFile(const FileDialog& request, QFileDialog::AcceptMode mode) {

@@ -1,0 +1,143 @@
+#include "base/child_process.h"
+
+#include <array>
+
+#if defined(__unix__)
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <thread>
+
+extern char** environ;
+#endif
+
+namespace kestrel {
+
+#if defined(__unix__)
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using End = ChildResult::End;
+
+class FileActions {
+  public:
+    FileActions() { posix_spawn_file_actions_init(&actions_); }
+    ~FileActions() { posix_spawn_file_actions_destroy(&actions_); }
+    FileActions(const FileActions&) = delete;
+    FileActions& operator=(const FileActions&) = delete;
+
+    void open(int handle, int flags) {
+        posix_spawn_file_actions_addopen(&actions_, handle, "/dev/null", flags, 0);
+    }
+    void duplicate(int from, int to) { posix_spawn_file_actions_adddup2(&actions_, from, to); }
+    const posix_spawn_file_actions_t* get() const { return &actions_; }
+
+  private:
+    posix_spawn_file_actions_t actions_{};
+};
+
+pid_t start(const std::vector<std::string>& command, int output) {
+    FileActions actions;
+    actions.open(STDIN_FILENO, O_RDONLY);
+    actions.duplicate(output, STDOUT_FILENO);
+    actions.open(STDERR_FILENO, O_WRONLY);
+    std::vector<std::string> words = command;
+    std::vector<char*> arguments;
+    for (std::string& word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    pid_t child = 0;
+    const int error =
+        posix_spawn(&child, arguments[0], actions.get(), nullptr, arguments.data(), environ);
+    return error == 0 ? child : -1;
+}
+
+// False at the deadline.
+bool waitForInput(int handle, Clock::time_point deadline) {
+    while (true) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+        pollfd poller{handle, POLLIN, 0};
+        const int ready = ::poll(&poller, 1, static_cast<int>(std::max<long>(left.count(), 0)));
+        if (ready > 0)
+            return true;
+        if (ready == 0 || errno != EINTR)
+            return false;
+    }
+}
+
+// Collects what the child writes until it closes its end; Exited is still to be confirmed then.
+End collect(int handle, const ChildLimits& limits, Clock::time_point deadline,
+            std::string& output) {
+    std::array<char, 65536> block{};
+    while (waitForInput(handle, deadline)) {
+        const ssize_t count = ::read(handle, block.data(), block.size());
+        if (count == 0)
+            return End::Exited;
+        if (count < 0 && errno != EINTR)
+            return End::Crashed;
+        if (count < 0)
+            continue;
+        if (output.size() + static_cast<std::size_t>(count) > limits.output)
+            return End::WroteTooMuch;
+        output.append(block.data(), static_cast<std::size_t>(count));
+    }
+    return End::TookTooLong;
+}
+
+// True once the child has ended, which a closed output does not yet mean.
+bool ended(pid_t child, int& status, Clock::time_point deadline) {
+    while (::waitpid(child, &status, WNOHANG) != child) {
+        if (Clock::now() >= deadline)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+void finish(pid_t child, Clock::time_point deadline, ChildResult& result) {
+    int status = 0;
+    if (result.end == End::Exited && ended(child, status, deadline)) {
+        result.end = WIFEXITED(status) ? End::Exited : End::Crashed;
+        result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 0;
+        return;
+    }
+    if (result.end == End::Exited)
+        result.end = End::TookTooLong;
+    ::kill(child, SIGKILL);
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+}
+
+}  // namespace
+
+ChildResult runChild(const std::vector<std::string>& command, const ChildLimits& limits) {
+    ChildResult result;
+    std::array<int, 2> pipe{};
+    if (::pipe2(pipe.data(), O_CLOEXEC) != 0)
+        return result;
+    const Clock::time_point deadline = Clock::now() + limits.time;
+    const pid_t child = start(command, pipe[1]);
+    ::close(pipe[1]);
+    if (child > 0) {
+        result.end = collect(pipe[0], limits, deadline, result.output);
+        finish(child, deadline, result);
+    }
+    ::close(pipe[0]);
+    return result;
+}
+
+#else
+
+ChildResult runChild(const std::vector<std::string>&, const ChildLimits&) {
+    return {};
+}
+
+#endif
+
+}  // namespace kestrel

@@ -1,0 +1,57 @@
+// The one connection to the nuclide database nuc2k.mdb and the four queries that are sent over it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "nuclide/sqlite.h"
+
+namespace kestrel {
+
+// Path of the database file in a folder, whatever the letter case of its name; empty for no folder.
+std::string nuclideDatabasePath(const std::string& marigoldDir);
+
+// An Access (Jet) file is converted by a program of its own, so that a damaged one cannot harm this
+// one; an SQLite file with the same tables and views is read as it is.
+class NuclideDatabase {
+  public:
+    NuclideDatabase() = default;
+    // Path of the program that converts Access files.
+    explicit NuclideDatabase(std::string jetReader) : jetReader_(std::move(jetReader)) {}
+
+    // Does nothing when it is open already, in whatever folder. Throws DatabaseError, whose text
+    // names the file; the database is then closed as before.
+    void open(const std::string& marigoldDir);
+    // Prepares the query of the energy window, once. The database must be open.
+    void prepareEnergyWindowQuery();
+    // Closes the database if the energy window's query was prepared; a connection that only other
+    // queries used stays. The three flags are cleared in every case.
+    void close();
+
+    bool isOpen() const { return opened_; }
+    bool energyQueryPrepared() const { return energyQueryPrepared_; }
+    bool energyRecordsetOpen() const { return energyRecordset_.has_value(); }
+
+    // The queries. The database must be open, for the first one prepared as well. Energies in keV.
+    // Throw DatabaseError.
+    Recordset& queryEnergyWindow(double low, double high);
+    Recordset queryGammaLines(double centre);
+    Recordset queryNuclide(std::string_view element, std::string_view massText, bool isomeric);
+    Recordset queryLinesOfNuclides(std::span<const std::int32_t> ids);
+
+  private:
+    Recordset query(const std::string& text);
+
+    std::string jetReader_;
+    std::unique_ptr<SqliteConnection> connection_;
+    std::shared_ptr<sqlite3_stmt> energyCommand_;
+    std::optional<Recordset> energyRecordset_;
+    bool opened_ = false;
+    bool energyQueryPrepared_ = false;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,56 @@
+#include "nuclide/energy_filter.h"
+
+#include <cmath>
+#include <span>
+
+#include "base/number_text.h"
+#include "base/text.h"
+
+namespace kestrel {
+namespace {
+
+struct Code {
+    const char* part;
+    int number;
+};
+
+// The last code that the text contains counts.
+int lastClass(const std::string& text, std::span<const Code> codes) {
+    int number = 0;
+    for (const Code& code : codes) {
+        if (containsIgnoringCase(text, code.part))
+            number = code.number;
+    }
+    return number;
+}
+
+}  // namespace
+
+int radiationClass(const std::string& code) {
+    static constexpr std::array codes = {Code{"B-", 1}, Code{"B+", 2}, Code{"A", 3}, Code{"E", 4}};
+    return lastClass(code, codes);
+}
+
+int decayClass(const std::string& modes) {
+    static constexpr std::array codes = {Code{"B-", 1}, Code{"EC", 2}, Code{"IT", 3}, Code{"A", 4}};
+    return lastClass(modes, codes);
+}
+
+double halfWidthOf(const EnergyEntries& entries) {
+    return std::abs(parseLeadingNumber(entries.text[halfWidthEntry]));
+}
+
+EnergyFilter::EnergyFilter(const EnergyEntries& entries)
+    : decayClass_(entries.decayClass), radiationClass_(entries.radiationClass) {
+    for (std::size_t i = 0; i < limits_.size(); ++i)
+        limits_.at(i) = toSingle(parseLeadingNumber(entries.text.at(i)));
+}
+
+bool EnergyFilter::passes(const Recordset& line) const {
+    return inLimits(line.single("eng_br"), 0) && inLimits(line.single("nc_tsec"), 2) &&
+           inLimits(line.single("nc_a"), 4) && inLimits(line.single("nc_z"), 6) &&
+           radiationClass(line.text("eng_rad")) == radiationClass_ &&
+           (decayClass_ == 0 || decayClass(line.text("nc_dmode")) == decayClass_);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,51 @@
+// kestrel-mdb2sql FILE: writes an Access database to the standard output as an SQLite one. Exit
+// code 1: it cannot be read, and the output says why. It is a program of its own because the
+// library that reads Access files may crash or hang on a damaged one.
+
+#include <cstdio>
+#include <exception>
+#include <string>
+
+#include "nuclide/jet/jet_import.h"
+
+#if defined(__unix__)
+#include <sys/resource.h>
+#endif
+
+namespace {
+
+// What a file of the greatest size that Access allows does not need.
+void limitResources() {
+#if defined(__unix__)
+    constexpr rlim_t cpuSeconds = 20;
+    const rlimit cpu{cpuSeconds, cpuSeconds};
+    setrlimit(RLIMIT_CPU, &cpu);
+    const rlimit core{0, 0};
+    setrlimit(RLIMIT_CORE, &core);
+#if !defined(__SANITIZE_ADDRESS__)
+    // The address sanitizer reserves far more than this for itself.
+    constexpr rlim_t memory = rlim_t{2} << 30;
+    const rlimit space{memory, memory};
+    setrlimit(RLIMIT_AS, &space);
+#endif
+#endif
+}
+
+bool write(const std::string& bytes) {
+    return std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size() &&
+           std::fflush(stdout) == 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    limitResources();
+    if (argc != 2)
+        return 2;
+    try {
+        return write(kestrel::jet::importJetFile(argv[1])) ? 0 : 2;
+    } catch (const std::exception& error) {
+        write(error.what());
+        return 1;
+    }
+}

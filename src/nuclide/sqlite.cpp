@@ -1,0 +1,176 @@
+#include "nuclide/sqlite.h"
+
+#include <sqlite3.h>
+
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "base/integers.h"
+#include "base/text.h"
+
+namespace kestrel {
+namespace {
+
+// Far above the largest database that fits an Access file of some million lines.
+constexpr sqlite3_int64 heapLimit = sqlite3_int64{1} << 30;
+constexpr int longestValue = 1 << 20;
+constexpr int instructionsPerStep = 1000000;
+
+// A path as an SQLite file name that forbids writing; characters with a meaning there are escaped.
+std::string readOnlyUri(const std::string& path) {
+    std::string uri = path.starts_with('/') ? "file://" : "file:";
+    for (const char c : path) {
+        if (c == '%')
+            uri += "%25";
+        else if (c == '?')
+            uri += "%3f";
+        else if (c == '#')
+            uri += "%23";
+        else
+            uri += c;
+    }
+    return uri + "?mode=ro";
+}
+
+std::string reason(sqlite3* handle) {
+    return handle == nullptr ? std::string("out of memory") : std::string(sqlite3_errmsg(handle));
+}
+
+}  // namespace
+
+std::unique_ptr<SqliteConnection> SqliteConnection::openFile(const std::string& path) {
+    std::unique_ptr<SqliteConnection> connection(new SqliteConnection);
+    connection->open(readOnlyUri(path));
+    return connection;
+}
+
+std::unique_ptr<SqliteConnection> SqliteConnection::openImage(std::string image) {
+    std::unique_ptr<SqliteConnection> connection(new SqliteConnection);
+    connection->open("file::memory:");
+    connection->image_ = std::move(image);
+    const auto size = static_cast<sqlite3_int64>(connection->image_.size());
+    auto* bytes = reinterpret_cast<unsigned char*>(connection->image_.data());
+    if (sqlite3_deserialize(connection->handle_, "main", bytes, size, size,
+                            SQLITE_DESERIALIZE_READONLY) != SQLITE_OK)
+        throw DatabaseError(reason(connection->handle_));
+    return connection;
+}
+
+void SqliteConnection::open(const std::string& uri) {
+    sqlite3_hard_heap_limit64(heapLimit);
+    const int result = sqlite3_open_v2(
+        uri.c_str(), &handle_,
+        uri == "file::memory:" ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_MEMORY
+                               : SQLITE_OPEN_READONLY | SQLITE_OPEN_URI,
+        nullptr);
+    if (result != SQLITE_OK)
+        throw DatabaseError(reason(handle_));
+    guard();
+}
+
+// The file may come from anywhere: its schema gets no functions with side effects, its values and
+// the work of a query have limits.
+void SqliteConnection::guard() {
+    sqlite3_db_config(handle_, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    sqlite3_exec(handle_, "pragma cell_size_check = on; pragma temp_store = memory;", nullptr,
+                 nullptr, nullptr);
+    sqlite3_limit(handle_, SQLITE_LIMIT_LENGTH, longestValue);
+    sqlite3_progress_handler(handle_, instructionsPerStep, &SqliteConnection::countSteps, this);
+}
+
+int SqliteConnection::countSteps(void* connection) {
+    return --static_cast<SqliteConnection*>(connection)->stepsLeft_ <= 0 ? 1 : 0;
+}
+
+SqliteConnection::~SqliteConnection() {
+    sqlite3_close_v2(handle_);
+}
+
+std::shared_ptr<sqlite3_stmt> SqliteConnection::prepare(std::string_view sql) {
+    grantSteps();
+    sqlite3_stmt* statement = nullptr;
+    if (sqlite3_prepare_v3(handle_, sql.data(), static_cast<int>(sql.size()), 0, &statement,
+                           nullptr) != SQLITE_OK)
+        throw DatabaseError(reason(handle_));
+    return {statement, &sqlite3_finalize};
+}
+
+Recordset::Recordset(SqliteConnection& connection, std::shared_ptr<sqlite3_stmt> statement)
+    : connection_(&connection), statement_(std::move(statement)) {
+    const int count = sqlite3_column_count(statement_.get());
+    for (int i = 0; i < count; ++i) {
+        const char* name = sqlite3_column_name(statement_.get(), i);
+        columns_.emplace_back(name == nullptr ? "" : name);
+    }
+    moveFirst();
+}
+
+void Recordset::moveFirst() {
+    sqlite3_reset(statement_.get());
+    connection_->grantSteps();
+    eof_ = !step();
+    bof_ = eof_;
+}
+
+void Recordset::moveNext() {
+    bof_ = false;
+    eof_ = eof_ || !step();
+}
+
+// False behind the last row.
+bool Recordset::step() {
+    const int result = sqlite3_step(statement_.get());
+    if (result == SQLITE_ROW)
+        return true;
+    if (result == SQLITE_DONE)
+        return false;
+    const std::string why = result == SQLITE_INTERRUPT
+                                ? std::string("a query of the database takes too long")
+                                : reason(sqlite3_db_handle(statement_.get()));
+    sqlite3_reset(statement_.get());
+    throw DatabaseError(why);
+}
+
+int Recordset::index(std::string_view column) const {
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        if (columns_[i].size() == column.size() && equalIgnoringCase(columns_[i], column))
+            return static_cast<int>(i);
+    }
+    throw DatabaseError("there is no column " + std::string(column));
+}
+
+bool Recordset::isNull(std::string_view column) const {
+    return sqlite3_column_type(statement_.get(), index(column)) == SQLITE_NULL;
+}
+
+double Recordset::number(std::string_view column) const {
+    return sqlite3_column_double(statement_.get(), index(column));
+}
+
+float Recordset::single(std::string_view column) const {
+    return toSingle(number(column));
+}
+
+std::int32_t Recordset::whole(std::string_view column) const {
+    return toInt32(number(column));
+}
+
+std::string Recordset::text(std::string_view column) const {
+    const int i = index(column);
+    const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement_.get(), i));
+    if (bytes == nullptr)
+        return {};
+    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), i));
+    return std::string(trimBlanks({bytes, size}));
+}
+
+float toSingle(double value) {
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    if (std::abs(value) > double{std::numeric_limits<float>::max()})
+        return value < 0 ? -infinity : infinity;
+    return static_cast<float>(value);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,41 @@
+// Nuclide databases for tests: the one that comes with the program, a small Access file, and made
+// ones.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "make_nuclide_data/nuclide_tables.h"
+#include "nuclide/database.h"
+#include "temp_folder.h"
+
+namespace kestrel::test {
+
+inline NuclideDatabase nuclideDatabase() {
+    return NuclideDatabase(KESTREL_JET_READER);
+}
+
+inline std::string smallJetFile() {
+    return KESTREL_TEST_DATA "/jet/nuc2k.mdb";
+}
+
+// Bytes of the small Access file.
+inline std::string smallJetBytes() {
+    std::ifstream in(smallJetFile(), std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// One gamma line of 661.66 keV, and what a test changes of it.
+inline NuclideTables oneLine() {
+    NuclideTables tables;
+    tables.nuclides.push_back(
+        {1, "Cs", 55, 137, 0, "30.07 Y", 9.5e8, "B-", 661.66, 85.1, "2023-09-01"});
+    tables.lines.push_back({1, 1, 661.66, 85.1, "G", "B-", ""});
+    return tables;
+}
+
+inline void writeDatabase(const TempFolder& folder, const NuclideTables& tables) {
+    writeNuclideDatabase(tables, folder.file("nuc2k.mdb"));
+}
+
+}  // namespace kestrel::test
