@@ -171,8 +171,12 @@ void Form2::showDataInformation() {
 
 void Form2::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow())
-        view_.activate();
+    if (event->type() != QEvent::ActivationChange || !isActiveWindow())
+        return;
+    view_.activate();
+    // A nuclide that was chosen in another window shows on return.
+    BuildNuclideMarks();
+    view_.redraw();
 }
 
 // A message in front of the window takes the release of a held button away from it.

@@ -9,18 +9,21 @@
 #include <QAction>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QPointer>
 #include <QPushButton>
 
 #include "analysis/form7.h"
 #include "app/module1.h"
 #include "base/dialogs.h"
+#include "nuclide/form12.h"
+#include "nuclide/form9.h"
 #include "spectrum/form10.h"
 #include "view/picture_box.h"
 #include "view/spectrum_view.h"
 
 namespace kestrel {
 
-class Form2 : public QMainWindow, private ViewWindow {
+class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     Q_OBJECT
 
   public:
@@ -56,6 +59,7 @@ class Form2 : public QMainWindow, private ViewWindow {
     void f11_Click(int index);
     void o11_Click(int index);
     void o111_Click(int index);
+    void calibrateEnergy();
     void pkarea_Click();
     void jump_ch_Click();
     void jump_engy_Click();
@@ -69,6 +73,10 @@ class Form2 : public QMainWindow, private ViewWindow {
     void Picture1_MouseDown(int button, int shift, double x, double y);
 
     void askNuclide();
+    void selectNuclide(const std::string& key);
+    void chooseDatabaseDir();
+    void switchNuclideMarks();
+    void BuildNuclideMarks();
     void openSpectrumFile();
     void showCaption();
     PeakAreaWork peakAreaWork();
@@ -84,11 +92,17 @@ class Form2 : public QMainWindow, private ViewWindow {
     void focusPlot() override;
     void run(PlotCommand command) override;
 
+    void showMainWindow() override;
+    void showEnergyList() override;
+    void showNuclideData() override;
+
     Module1& module_;
     Dialogs& dialogs_;
     SpectrumView view_;
     std::unique_ptr<Form7> form7_;
     std::unique_ptr<Form10> form10_;
+    QPointer<Form9> form9_;         // a closed one is gone
+    QPointer<Form12> form12_;       // likewise
     bool settingsUnsaved_ = false;  // the last attempt to save them failed
 };
 

@@ -112,8 +112,22 @@ void Form2::f11_Click(int index) {
 }
 
 void Form2::o11_Click(int index) {
-    if (index != 0)
-        return;
+    switch (index) {
+        case 0:
+            calibrateEnergy();
+            break;
+        case 1:
+            chooseDatabaseDir();
+            break;
+        case 3:
+            switchNuclideMarks();
+            break;
+        default:
+            break;
+    }
+}
+
+void Form2::calibrateEnergy() {
     Form5 form5(module_.spectrum, module_.calibrationTexts, dialogs_,
                 module_.settings.windowPlacement[calibrationPlacement], this);
     if (form5.exec() == QDialog::Accepted)
@@ -175,11 +189,5 @@ void Form2::jump_engy_Click() {
     view_.jumpTo(askEnergy(module_.spectrum.calCurrent, dialogs_));
     focusPlot();
 }
-
-void Form2::win_wngy_Click() {}
-
-void Form2::win_nd_Click() {}
-
-void Form2::askNuclide() {}
 
 }  // namespace kestrel

@@ -10,7 +10,6 @@ namespace kestrel {
 namespace {
 
 constexpr const char* databaseName = "nuc2k.mdb";
-constexpr char notChosenMark = '?';
 
 bool hasDatabase(const std::string& folder) {
     return fileExists(nuclideDatabasePath(folder));
@@ -41,14 +40,6 @@ void checkNuclideDatabase(std::string& marigoldDir, const std::string& bundledFo
         dialogs.message(
             {.text = "Set NuclDB file(nuc2k.mdb) Dir\non option of Main window(Kestrel).",
              .title = "ERROR: NuclDB"});
-}
-
-void chooseNuclideDatabaseDir(std::string& marigoldDir, const DirectoryChooser& choose) {
-    const std::string kept = marigoldDir;
-    marigoldDir.insert(marigoldDir.begin(), notChosenMark);
-    choose(marigoldDir, "Option NuclDB Dir", "Full Path of nuc2k.mdb");
-    if (marigoldDir.starts_with(notChosenMark))
-        marigoldDir = kept;
 }
 
 }  // namespace kestrel

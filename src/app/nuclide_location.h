@@ -2,7 +2,6 @@
 // where it is.
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "base/dialogs.h"
@@ -18,11 +17,5 @@ bool locateNuclideDatabase(std::string& marigoldDir, const std::string& bundledF
 // Locates the database when there is none in `marigoldDir`, and says so when that fails.
 void checkNuclideDatabase(std::string& marigoldDir, const std::string& bundledFolder,
                           Dialogs& dialogs);
-
-// Shows the directory chooser: it replaces a setting that begins with "?" by the folder that the
-// user accepts, and leaves it alone otherwise.
-using DirectoryChooser = std::function<void(std::string& setting, const std::string& windowCaption,
-                                            const std::string& labelCaption)>;
-void chooseNuclideDatabaseDir(std::string& marigoldDir, const DirectoryChooser& choose);
 
 }  // namespace kestrel

@@ -106,7 +106,6 @@ bool lookUp(NuclideData& data, const std::string& key, const std::string& marigo
         return false;
     const auto count = static_cast<std::int64_t>(states.count);
     data.rows = readLines(database.queryLinesOfNuclides(states.ids.span(0, count)));
-    data.headed = true;
     return true;
 }
 

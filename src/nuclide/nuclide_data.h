@@ -25,7 +25,6 @@ struct NuclideData {
     std::string lastShown;  // key of the last lookup
     std::array<std::string, 3> summary;
     std::string updateText = "Update:";
-    bool headed = false;           // the table has its headings
     std::vector<NuclideRow> rows;  // below the heading; two empty ones for an unknown nuclide
     std::string failedFolder;      // of a database that could not be used at the last lookup
     bool failed = false;

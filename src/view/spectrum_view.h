@@ -90,6 +90,8 @@ class SpectrumView {
     void activate();
     // The whole picture anew, nothing moved.
     void redraw();
+    // The shown range around the cursor, and the whole picture anew.
+    void recentre();
 
     void expand();
     void shrink();
@@ -123,7 +125,6 @@ class SpectrumView {
     void nextPeak();
     bool isPeak(int channel) const;
 
-    void recentre();
     void drawCursor();
 
     PlotInput input_;

@@ -78,21 +78,6 @@ TEST_F(NuclideLocation, IsCheckedAfterTheSettingsAreReadAndBeforeTheFolderIsMade
     std::filesystem::current_path("/");
 }
 
-TEST_F(NuclideLocation, ComesFromTheChooserUnlessThatIsCancelled) {
-    std::string marked;
-    chooseNuclideDatabaseDir(marigoldDir, [&](std::string& setting, const std::string& window,
-                                              const std::string& label) {
-        marked = setting;
-        EXPECT_EQ(window, "Option NuclDB Dir");
-        EXPECT_EQ(label, "Full Path of nuc2k.mdb");
-    });
-    EXPECT_EQ(marked, "?/before");
-    EXPECT_EQ(marigoldDir, "/before");
-    chooseNuclideDatabaseDir(marigoldDir, [](std::string& setting, const std::string&,
-                                             const std::string&) { setting = "/chosen"; });
-    EXPECT_EQ(marigoldDir, "/chosen");
-}
-
 TEST(Places, AreFoundInABuildFolderAndUnderAPrefix) {
     const test::TempFolder folder;
     const auto make = [&](const char* path) {

@@ -279,7 +279,7 @@ TEST_F(MainWindow, SavesPlacesAndFoldersWhenItIsLeft) {
     startModule1(*restarted, folder.path());
     EXPECT_EQ(restarted->settings.lastDirectory, module->settings.lastDirectory);
     EXPECT_EQ(restarted->settings.windowPlacement[2].width, 790 * 15);
-    module = std::make_unique<Module1>(*restarted);
+    module = std::make_unique<Module1>(std::move(*restarted));
     start();
     EXPECT_EQ(form2->size(), QSize(790, 590));
 }

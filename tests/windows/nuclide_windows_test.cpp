@@ -1,0 +1,212 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QClipboard>
+#include <QTest>
+
+#include "app/form2.h"
+#include "app/module1.h"
+#include "base/qt/kestrel_application.h"
+#include "nuclide_fixture.h"
+#include "scripted_dialogs.h"
+#include "spectrum/energy_calibration.h"
+
+namespace kestrel {
+namespace {
+
+class NuclideWindowsTest : public testing::Test {
+  protected:
+    NuclideWindowsTest() {
+        static_cast<KestrelApplication*>(qApp)->showFaultsIn(dialogs);
+        startModule1(*module, folder.path());
+        module->database = test::nuclideDatabase();
+        module->settings.marigoldDir = KESTREL_NUCLIDE_DATA;
+        form2 = std::make_unique<Form2>(*module, dialogs);
+        show(*form2);
+        dialogs.fileAnswer = {.path = KESTREL_SAMPLES "/eu152-co60-cs137-4096.chn",
+                              .filterIndex = 1};
+        QTest::keyClick(form2->Picture1, Qt::Key_G);
+    }
+    static void show(QWidget& window) {
+        window.show();
+        window.activateWindow();
+        settle();
+    }
+    static void settle() {
+        for (int i = 0; i < 5; ++i)
+            QApplication::processEvents();
+    }
+    Form9* energyList(double energy) {
+        module->view.cursorCh = energyToChannel(module->spectrum.calCurrent, energy);
+        QTest::keyClick(form2->Picture1, Qt::Key_E);
+        settle();
+        return form2->findChild<Form9*>();
+    }
+    Form12* nuclideData() { return form2->findChild<Form12*>(); }
+    void returnToPlot() {
+        form2->activateWindow();
+        settle();
+    }
+    int markedChannels() const {
+        return static_cast<int>(std::ranges::count_if(module->channelColour,
+                                                      [](Colour colour) { return colour != 0; }));
+    }
+    static int rowOf(const Grid& grid, const QString& nuclide, const QString& energy) {
+        for (int row = 1; row <= grid.model()->rowCount(); ++row) {
+            if (grid.text(row, 3) == nuclide && grid.text(row, 1) == energy)
+                return row;
+        }
+        return 0;
+    }
+
+    test::TempFolder folder;
+    test::ScriptedDialogs dialogs;
+    std::unique_ptr<Module1> module = std::make_unique<Module1>();
+    std::unique_ptr<Form2> form2;
+};
+
+TEST_F(NuclideWindowsTest, LeadFromAPeakToItsNuclideAndItsMarks) {
+    Form9* form9 = energyList(661.7);
+    ASSERT_NE(form9, nullptr);
+    EXPECT_EQ(form9->windowTitle(), "Kestrel - EnergyList");
+    EXPECT_EQ(form9->Text1->text().left(12), "DB Update : ");
+    Grid& grid = *form9->MSFlexGrid1;
+    EXPECT_EQ(grid.currentRow(), qRound((grid.model()->rowCount() + 1) / 2.0 - 0.01));
+    const int row = rowOf(grid, "Cs-137g", "661.66");
+    ASSERT_GT(row, 0);
+    const QModelIndex cell = grid.model()->index(row - 1, 0);
+    EXPECT_EQ(cell.data(Qt::BackgroundRole).value<QColor>(), QColor(0, 255, 0));
+    EXPECT_EQ(cell.data(Qt::ForegroundRole).value<QColor>(), QColor(0, 0, 0));
+    grid.scrollTo(cell);
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.visualRect(cell).center());
+    settle();
+    ASSERT_NE(nuclideData(), nullptr);
+    EXPECT_EQ(module->selectedNuclide, "Cs-137g");
+    EXPECT_EQ(nuclideData()->List1->item(0)->text(), "Nuclide    : Cs-137g");
+    returnToPlot();
+    const std::int16_t peak = energyToChannel(module->spectrum.calCurrent, 661.66);
+    EXPECT_EQ(module->channelColour[peak], standardPalette[12]);
+    EXPECT_EQ(module->channelColour[peak - 8], 0);
+    QTest::keyClick(form2->Picture1, Qt::Key_B);
+    EXPECT_EQ(markedChannels(), 0);
+    QTest::keyClick(form2->Picture1, Qt::Key_B);
+    EXPECT_GT(markedChannels(), 0);
+    show(*nuclideData());
+    nuclideData()->close();
+    returnToPlot();
+    EXPECT_EQ(markedChannels(), 0);
+}
+
+TEST_F(NuclideWindowsTest, AreWorkedByKeys) {
+    Form9* form9 = energyList(1332.5);
+    Grid& grid = *form9->MSFlexGrid1;
+    const int row = rowOf(grid, "Co- 60g", "1332.49");
+    ASSERT_GT(row, 0);
+    for (const Qt::Key key : {Qt::Key_N, Qt::Key_F11, Qt::Key_Return}) {
+        module->selectedNuclide.clear();
+        grid.goTo(row, 3, 1);
+        QTest::keyClick(&grid, key);
+        settle();
+        EXPECT_EQ(module->selectedNuclide, "Co- 60g");
+    }
+    QTest::keyClick(&grid, Qt::Key_Down);
+    EXPECT_EQ(grid.currentRow(), row + 1);
+    ASSERT_NE(nuclideData(), nullptr);
+    for (const Qt::Key key : {Qt::Key_X, Qt::Key_F10}) {
+        nuclideData()->activateWindow();
+        QTest::keyClick(nuclideData()->MSFlexGrid1, key);
+        settle();
+        EXPECT_TRUE(form2->isActiveWindow());
+    }
+    QTest::keyClick(nuclideData()->MSFlexGrid1, Qt::Key_N);
+    settle();
+    EXPECT_TRUE(form9->isActiveWindow());
+}
+
+TEST_F(NuclideWindowsTest, CopySelectedRowsAndKeepColumnWidths) {
+    Grid& grid = *energyList(661.7)->MSFlexGrid1;
+    const QAbstractItemModelTester tester(grid.model());
+    const int row = rowOf(grid, "Cs-137g", "661.66");
+    grid.setColumnWidth(2, 333);
+    grid.goTo(row, 3, 1);
+    QTest::keyClick(&grid, Qt::Key_Down, Qt::ShiftModifier);
+    QTest::keyClick(&grid, Qt::Key_C, Qt::ControlModifier);
+    const QStringList lines = QApplication::clipboard()->text().split('\n');
+    ASSERT_EQ(lines.size(), 3);
+    EXPECT_TRUE(lines[0].startsWith("661.66\t84.99\tCs-137g\t") ||
+                lines[0].startsWith("661.66\t85.1"))
+        << lines[0].toStdString();
+    EXPECT_EQ(lines[0].count('\t'), 6);
+    energyList(1332.5);
+    EXPECT_EQ(grid.columnWidth(2), 333);
+}
+
+TEST_F(NuclideWindowsTest, ApplyTheFiltersWhenTheListIsShownAgain) {
+    Form9* form9 = energyList(661.7);
+    const int all = form9->MSFlexGrid1->model()->rowCount();
+    form9->SSTab1->setCurrentIndex(1);
+    form9->Text2[0]->setText("10");
+    form9->Option1[1]->setChecked(true);
+    EXPECT_EQ(form9->MSFlexGrid1->model()->rowCount(), all);
+    form9->SSTab1->setCurrentIndex(0);
+    EXPECT_LT(form9->MSFlexGrid1->model()->rowCount(), all);
+    EXPECT_GT(rowOf(*form9->MSFlexGrid1, "Cs-137g", "661.66"), 0);
+    form9->Text2[9]->setText("");
+    form9->SSTab1->setCurrentIndex(1);
+    form9->SSTab1->setCurrentIndex(0);
+    EXPECT_EQ(form9->MSFlexGrid1->text(1, 1), "No Data");
+    QTest::mouseClick(form9->MSFlexGrid1->viewport(), Qt::LeftButton, {}, QPoint(10, 10));
+    EXPECT_EQ(nuclideData(), nullptr);
+    form9->resize(800, 600);
+    form9->close();
+    settle();
+    EXPECT_EQ(module->settings.windowPlacement[9].width, 12000);
+    EXPECT_FALSE(module->database.isOpen());
+    form9 = energyList(661.7);
+    EXPECT_EQ(form9->Text2[0]->text(), "0.1");
+    EXPECT_EQ(form9->MSFlexGrid1->model()->rowCount(), all);
+    EXPECT_EQ(form9->size(), QSize(800, 600));
+}
+
+TEST_F(NuclideWindowsTest, AskForNamesEachByItsOwnRule) {
+    dialogs.inputAnswer = "eu-152m1";
+    QTest::keyClick(form2->Picture1, Qt::Key_N);
+    settle();
+    EXPECT_EQ(module->selectedNuclide, "Eu-152m");
+    ASSERT_NE(nuclideData(), nullptr);
+    const auto ask = [this] { nuclideData()->findChild<QAction*>("nuc1")->trigger(); };
+    ask();
+    EXPECT_EQ(module->selectedNuclide, "Eu-152m1");
+    EXPECT_GT(nuclideData()->MSFlexGrid1->model()->rowCount(), 2);
+    dialogs.inputAnswer = "Europium";
+    ask();
+    QTest::keyClick(form2->Picture1, Qt::Key_N);
+    EXPECT_EQ(module->selectedNuclide, "Eu-152m1");
+    EXPECT_EQ(dialogs.messages.size(), 2U);
+    dialogs.inputAnswer = "Xx-1";
+    ask();
+    EXPECT_EQ(dialogs.messages.back().text, "This nucl. does not exist on DB!");
+    EXPECT_TRUE(nuclideData()->MSFlexGrid1->isVisible());
+    EXPECT_EQ(nuclideData()->MSFlexGrid1->model()->rowCount(), 2);
+}
+
+TEST_F(NuclideWindowsTest, StayUsableWithoutADatabase) {
+    module->settings.marigoldDir = folder.path();
+    Form9* form9 = energyList(661.7);
+    settle();
+    ASSERT_EQ(dialogs.messages.size(), 1U);
+    EXPECT_EQ(dialogs.messages[0].title, "ERROR: NuclDB");
+    EXPECT_EQ(form9->MSFlexGrid1->model()->rowCount(), 0);
+    module->settings.marigoldDir = KESTREL_NUCLIDE_DATA;
+    returnToPlot();
+    energyList(661.7);
+    EXPECT_GT(rowOf(*form9->MSFlexGrid1, "Cs-137g", "661.66"), 0);
+    EXPECT_EQ(dialogs.messages.size(), 1U);
+}
+
+}  // namespace
+}  // namespace kestrel
