@@ -6,6 +6,7 @@
 #include <QClipboard>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QStyledItemDelegate>
 
 #include "base/qt/fonts.h"
 #include "base/qt/text_codec.h"
@@ -16,6 +17,19 @@ namespace {
 
 constexpr int fixedColumnWidth = 14;  // pixels
 constexpr int cellMargin = 12;
+
+// A coloured cell keeps its colour in a selected row; the plain cells show the selection.
+class ColouredCells : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+  protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (option->backgroundBrush.color() != QColor(Qt::white))
+            option->state &= ~QStyle::State_Selected;
+    }
+};
 
 QColor toQtColor(Colour colour) {
     return {colour & 0xFF, colour >> 8 & 0xFF, colour >> 16 & 0xFF};
@@ -93,6 +107,7 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
 Grid::Grid(const Palette& palette, QWidget* parent)
     : QTableView(parent), model_(new GridModel(palette, this)) {
     setModel(model_);
+    setItemDelegate(new ColouredCells(this));
     setFont(fixedPitchFont(11));
     horizontalHeader()->setFont(font());
     horizontalHeader()->setHighlightSections(false);
