@@ -51,7 +51,7 @@ void rebuild(benchmark::State& state, const std::string& folder, double energy) 
     database.prepareEnergyWindowQuery();
     const EnergyEntries entries;
     std::size_t rows = 0;
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         rows = listFromDatabase(database, entries, energy).rows.size();
     state.counters["rows"] = static_cast<double>(rows);
 }
@@ -71,7 +71,7 @@ BENCHMARK(rebuildBundled)->Unit(benchmark::kMicrosecond);
 void firstUseOfJet(benchmark::State& state) {
     const char* named = std::getenv("KESTREL_BENCH_JET");
     const std::string folder = named == nullptr ? KESTREL_TEST_DATA "/jet" : named;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         NuclideDatabase database(KESTREL_JET_READER);
         database.open(folder);
         database.prepareEnergyWindowQuery();

@@ -48,6 +48,7 @@ pid_t start(const std::vector<std::string>& command, int output) {
     actions.open(STDERR_FILENO, O_WRONLY);
     std::vector<std::string> words = command;
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);

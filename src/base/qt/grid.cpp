@@ -96,12 +96,10 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation == Qt::Vertical)
         return role == Qt::DisplayRole ? QVariant(QString()) : QVariant();
-    const auto column = static_cast<std::size_t>(section + 1);
+    const Column& column = columns_.at(static_cast<std::size_t>(section));
     if (role == Qt::DisplayRole)
-        return columns_[static_cast<std::size_t>(section)].heading.trimmed();
-    return column <= columns_.size() && role == Qt::TextAlignmentRole
-               ? QVariant(columns_[static_cast<std::size_t>(section)].alignment)
-               : QVariant();
+        return column.heading.trimmed();
+    return role == Qt::TextAlignmentRole ? QVariant(column.alignment) : QVariant();
 }
 
 Grid::Grid(const Palette& palette, QWidget* parent)
@@ -133,6 +131,7 @@ void Grid::setFormat(std::string_view format) {
     std::vector<GridModel::Column> columns = columnsOf(format);
     columns.erase(columns.begin());
     std::vector<int> widths;
+    widths.reserve(columns.size());
     for (const GridModel::Column& column : columns)
         widths.push_back(fontMetrics().horizontalAdvance(column.heading) + cellMargin);
     model_->setColumns(std::move(columns));

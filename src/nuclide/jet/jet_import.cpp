@@ -259,9 +259,10 @@ void makeIndexes(const Catalog& catalog, Target& target) {
     }
     int count = 0;
     for (const std::string& place : places) {
-        const std::string name = "used_" + std::to_string(++count);
+        std::string sql = "CREATE INDEX used_";
+        sql.append(std::to_string(++count)).append(" ON ").append(place);
         try {
-            target.execute("CREATE INDEX " + name + " ON " + place);
+            target.execute(sql);
         } catch (const JetError&) {
             // The input is itself a query, and those cannot have an index.
         }
