@@ -124,7 +124,8 @@ TEST_F(MainWindow, SavesTheSpectrumAsCsvAndGoesBackToThePlot) {
     dialogs.fileAnswer = {.path = folder.file("out.csv"), .filterIndex = 1};
     form2->Text1->setFocus();
     trigger("f11(4)");
-    EXPECT_TRUE(folder.read("out.csv").starts_with("FILE NAME : " + folder.file("out.csv") + "\r\n"));
+    EXPECT_TRUE(
+        folder.read("out.csv").starts_with("FILE NAME : " + folder.file("out.csv") + "\r\n"));
     EXPECT_TRUE(form2->Picture1->hasFocus());
 }
 
