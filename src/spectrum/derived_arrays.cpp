@@ -34,10 +34,12 @@ class LogHeights {
 }  // namespace
 
 void computeDerivedArrays(const Spectrum& spectrum, DerivedArrays& derived) {
-    const auto counts = spectrum.counts.span(0, spectrum.channelCount);
-    const auto heights = derived.logHeights.span(0, spectrum.channelCount);
-    std::ranges::transform(counts, heights.begin(), LogHeights());
-    computePeakMeasure(counts, derived.peakSignificance.span(0, spectrum.channelCount));
+    const auto channels = std::min<std::int64_t>(spectrum.channelCount, channelLimit);
+    const auto counts = spectrum.counts.span(0, channels);
+    std::ranges::transform(counts, derived.logHeights.span(0, channels).begin(), LogHeights());
+    computePeakMeasure(counts, derived.peakSignificance.span(0, channels));
+    if (spectrum.channelCount > channels)
+        throw RuntimeFault(Fault::SubscriptOutOfRange);
 }
 
 }  // namespace kestrel

@@ -13,18 +13,13 @@ namespace kestrel {
 namespace {
 
 constexpr std::string_view marker = "Laboratory Equipment";
-constexpr std::size_t blockSize = 65536;
+// Where the marker is looked for: a spectrum of 17001 channels is no longer than this.
+constexpr std::size_t searchedFront = std::size_t{1} << 20U;
 
 bool hasMarker(InputFile& file) {
-    std::vector<std::byte> block(blockSize);
-    // Blocks overlap by what a marker across their border needs.
-    for (std::uint64_t offset = 0; offset < file.size(); offset += blockSize - marker.size()) {
-        const std::size_t count = file.read(offset, block);
-        const std::string_view text(reinterpret_cast<const char*>(block.data()), count);
-        if (text.find(marker) != std::string_view::npos)
-            return true;
-    }
-    return false;
+    const std::vector<std::byte> front = file.readFront(searchedFront);
+    const std::string_view text(reinterpret_cast<const char*>(front.data()), front.size());
+    return text.find(marker) != std::string_view::npos;
 }
 
 }  // namespace

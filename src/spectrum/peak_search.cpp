@@ -75,7 +75,9 @@ Bulge measureBulge(const CurvatureFilter& filter, int first, int last) {
 bool isCandidate(const CurvatureFilter& filter, int channel) {
     constexpr double square = candidateThreshold * candidateThreshold;
     const double curvature = filter.curvature(channel);
-    return curvature * std::fabs(curvature) < -square * filter.variance(channel);
+    const double variance = filter.variance(channel);
+    // Counts below 0, as a subtracted background leaves them, may have no variance to compare with.
+    return curvature < 0 && variance >= 0 && curvature * curvature > square * variance;
 }
 
 // A bulge is a stretch of channels that all curve downwards, one of them at least as a candidate.

@@ -29,12 +29,15 @@ float coefficientIn(std::string_view line) {
     return static_cast<float>(value);
 }
 
+// A line without a century has its year between 1970 and 2069.
 void takeStart(std::string_view line, Spectrum& spectrum) {
+    const double century = numberIn(line, 27, 2);
+    const std::string yearDigits = charactersPadded(line, 29, 2);
     setStart(spectrum,
              {.day = rightAligned(plainNumber(numberIn(line, 19, 3)), 2),
               .month = charactersPadded(line, 23, 3),
-              .yearDigits = charactersPadded(line, 29, 2),
-              .centuryMark = markOfCentury(numberIn(line, 27, 2)),
+              .yearDigits = yearDigits,
+              .centuryMark = century < 19 ? markOfYearDigits(yearDigits) : markOfCentury(century),
               .time = charactersPadded(line, 32, 2) + charactersPadded(line, 35, 2) + "00"});
 }
 

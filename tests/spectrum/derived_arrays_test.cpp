@@ -56,7 +56,9 @@ TEST_F(DerivedArraysTest, WorksForEveryChannelCountThatTheArraysHold) {
         EXPECT_FAULT(derive(), Fault{}) << channelCount;
     }
     spectrum->channelCount = 17002;
+    spectrum->counts[17000] = 1000;
     EXPECT_FAULT(derive(), Fault::SubscriptOutOfRange);
+    EXPECT_EQ(derived->logHeights[17000], 600);
 }
 
 TEST_F(DerivedArraysTest, HeightsAreThereWhenThePeakMeasureOverflows) {

@@ -64,7 +64,7 @@ TEST_F(WinOxfordReader, ReadsDatesAsFarAsTheyMakeSense) {
     for (const Case& c : {
              Case{"Acquisition Date:  16 NOV-1998 23:59", "16NOV98 ", "235900"},
              Case{"Acquisition Date:  16-NOV-2126 00 00", "16NOV262", "000000"},
-             Case{"Acquisition Date: 16  NOV   98", "16NOV98-", "000000"},
+             Case{"Acquisition Date: 16  NOV   98", "16NOV98 ", "000000"},
              Case{"Acquisition Date:", "        ", "000000"},
              Case{"Acquisition Date: 6   Nov 20", " 6Nov  1", "000000"},
          }) {
