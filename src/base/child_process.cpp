@@ -41,6 +41,16 @@ class FileActions {
     posix_spawn_file_actions_t actions_{};
 };
 
+// Where the program that started this one ignored the ends of children, they could not be waited
+// for.
+void waitForChildren() {
+    struct sigaction action {};
+    if (::sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) {
+        action.sa_handler = SIG_DFL;
+        ::sigaction(SIGCHLD, &action, nullptr);
+    }
+}
+
 pid_t start(const std::vector<std::string>& command, int output) {
     FileActions actions;
     actions.open(STDIN_FILENO, O_RDONLY);
@@ -93,12 +103,14 @@ End collect(int handle, const ChildLimits& limits, Clock::time_point deadline,
 
 // True once the child has ended, which a closed output does not yet mean.
 bool ended(pid_t child, int& status, Clock::time_point deadline) {
-    while (::waitpid(child, &status, WNOHANG) != child) {
-        if (Clock::now() >= deadline)
+    while (true) {
+        const pid_t answer = ::waitpid(child, &status, WNOHANG);
+        if (answer == child)
+            return true;
+        if ((answer < 0 && errno != EINTR) || Clock::now() >= deadline)
             return false;
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    return true;
 }
 
 void finish(pid_t child, Clock::time_point deadline, ChildResult& result) {
@@ -119,6 +131,7 @@ void finish(pid_t child, Clock::time_point deadline, ChildResult& result) {
 
 ChildResult runChild(const std::vector<std::string>& command, const ChildLimits& limits) {
     ChildResult result;
+    waitForChildren();
     std::array<int, 2> pipe{};
     if (::pipe2(pipe.data(), O_CLOEXEC) != 0)
         return result;

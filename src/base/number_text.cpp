@@ -216,7 +216,16 @@ std::string formatNumber(double value, std::string_view pattern) {
 }
 
 std::string plainNumber(double value) {
-    return value == 0.0 ? "0" : shortestText(value);
+    if (value == 0.0)
+        return "0";
+    // As people write it, unless that would be a long row of zeros.
+    const double size = std::fabs(value);
+    if (size < 1e-5 || size >= 1e15)
+        return shortestText(value);
+    Characters buffer;
+    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                       std::chars_format::fixed);
+    return {buffer.data(), static_cast<std::size_t>(written.ptr - buffer.data())};
 }
 std::string plainNumber(std::int64_t value) {
     return shortestText(value);

@@ -16,7 +16,8 @@ namespace kestrel {
 std::string formatNumber(double value, std::string_view pattern);
 
 // The shortest decimal text that reads back as the same value, without a leading blank. There is
-// always a digit before the point; an exponent, where shorter, is written with "E".
+// always a digit before the point; very large and very small values have an exponent, written with
+// "E".
 std::string plainNumber(double value);
 std::string plainNumber(std::int64_t value);
 

@@ -122,9 +122,14 @@ EnergyList listFromDatabase(NuclideDatabase& database, const EnergyEntries& entr
     const EnergyFilter filter(entries);
     const double halfWidth = halfWidthOf(entries);
     EnergyList list;
-    Recordset& lines = database.queryEnergyWindow(energy - halfWidth, energy + halfWidth);
+    const float low = toSingle(energy - halfWidth);
+    const float high = toSingle(energy + halfWidth);
+    Recordset& lines = database.queryEnergyWindow(low, high);
     for (; !lines.eof(); lines.moveNext()) {
-        if (!filter.passes(lines))
+        // The database compares its doubles with single bounds; a line at a bound is none of the
+        // list.
+        const float line = lines.single("eng_eng");
+        if (line <= low || line >= high || !filter.passes(lines))
             continue;
         list.rows.push_back(rowOf(lines, energy));
         // Sums over several lines never stay in the list.

@@ -70,9 +70,8 @@ void Form12::AskNuclide() {
 }
 
 void Form12::ShowNuclideFromDatabase() {
-    if (showNuclideFromDatabase(context_.data, context_.selectedNuclide, context_.marigoldDir,
-                                context_.database, context_.dialogs))
-        showData();
+    showNuclideFromDatabase(context_.data, context_.selectedNuclide, context_.marigoldDir,
+                            context_.database, context_.dialogs, [this] { showData(); });
 }
 
 void Form12::showData() {

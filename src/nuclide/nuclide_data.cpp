@@ -94,9 +94,10 @@ void summarise(NuclideData& data, const std::string& key, const States& states) 
 
 // True when the state is in the database.
 bool lookUp(NuclideData& data, const std::string& key, const std::string& marigoldDir,
-            NuclideDatabase& database) {
+            NuclideDatabase& database, const std::function<void()>& show) {
     data.rows.assign(2, {});
     summarise(data, key, {});
+    show();  // what is seen if the look-up ends in a fault
     database.open(marigoldDir);
     const Query query = queryOf(key);
     const States states =
@@ -113,7 +114,7 @@ bool lookUp(NuclideData& data, const std::string& key, const std::string& marigo
 
 bool showNuclideFromDatabase(NuclideData& data, const std::string& selectedNuclide,
                              const std::string& marigoldDir, NuclideDatabase& database,
-                             Dialogs& dialogs) {
+                             Dialogs& dialogs, const std::function<void()>& show) {
     const bool relocated = data.failed && data.failedFolder != marigoldDir;
     if (selectedNuclide == data.lastShown && !relocated)
         return false;
@@ -124,7 +125,7 @@ bool showNuclideFromDatabase(NuclideData& data, const std::string& selectedNucli
     dialogs.setPointer(Pointer::Hourglass);
     MessageBox problem{.icon = Icon::Exclamation};
     try {
-        if (!lookUp(data, selectedNuclide, marigoldDir, database)) {
+        if (!lookUp(data, selectedNuclide, marigoldDir, database, show)) {
             problem.text = "This nucl. does not exist on DB!";
             problem.title = "ERROR";
         }
@@ -135,6 +136,7 @@ bool showNuclideFromDatabase(NuclideData& data, const std::string& selectedNucli
         problem.title = "ERROR: NuclDB";
     }
     dialogs.setPointer(Pointer::Default);
+    show();
     if (!problem.text.empty())
         dialogs.message(problem);
     return true;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,8 +42,8 @@ struct NuclideData {
 // with a mark other than "g" stands for all isomeric states. A state that is not there and a
 // database that cannot be used are shown to the user. True when `data` has changed. Faults:
 // SubscriptOutOfRange for more than five states.
-bool showNuclideFromDatabase(NuclideData& data, const std::string& selectedNuclide,
-                             const std::string& marigoldDir, NuclideDatabase& database,
-                             Dialogs& dialogs);
+bool showNuclideFromDatabase(
+    NuclideData& data, const std::string& selectedNuclide, const std::string& marigoldDir,
+    NuclideDatabase& database, Dialogs& dialogs, const std::function<void()>& show = [] {});
 
 }  // namespace kestrel

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -14,8 +15,11 @@ namespace {
 
 // Far above the largest database that fits an Access file of some million lines.
 constexpr sqlite3_int64 heapLimit = sqlite3_int64{1} << 30;
-constexpr int longestValue = 1 << 20;
-constexpr int instructionsPerStep = 1000000;
+// The longest text that an Access column holds is 255 characters; a memo may be longer.
+constexpr int longestValue = 1 << 16;
+constexpr int instructionsPerStep = 1000;
+constexpr std::size_t longestText = 255;  // as an Access text column
+constexpr std::int64_t mostRows = 500000;
 
 // A path as an SQLite file name that forbids writing; characters with a meaning there are escaped.
 std::string readOnlyUri(const std::string& path) {
@@ -77,11 +81,11 @@ void SqliteConnection::guard() {
     sqlite3_exec(handle_, "pragma cell_size_check = on; pragma temp_store = memory;", nullptr,
                  nullptr, nullptr);
     sqlite3_limit(handle_, SQLITE_LIMIT_LENGTH, longestValue);
-    sqlite3_progress_handler(handle_, instructionsPerStep, &SqliteConnection::countSteps, this);
+    sqlite3_progress_handler(handle_, instructionsPerStep, &SqliteConnection::isTooLate, this);
 }
 
-int SqliteConnection::countSteps(void* connection) {
-    return --static_cast<SqliteConnection*>(connection)->stepsLeft_ <= 0 ? 1 : 0;
+int SqliteConnection::isTooLate(void* connection) {
+    return Clock::now() > static_cast<SqliteConnection*>(connection)->deadline_ ? 1 : 0;
 }
 
 SqliteConnection::~SqliteConnection() {
@@ -89,7 +93,7 @@ SqliteConnection::~SqliteConnection() {
 }
 
 std::shared_ptr<sqlite3_stmt> SqliteConnection::prepare(std::string_view sql) {
-    grantSteps();
+    grantTime();
     sqlite3_stmt* statement = nullptr;
     if (sqlite3_prepare_v3(handle_, sql.data(), static_cast<int>(sql.size()), 0, &statement,
                            nullptr) != SQLITE_OK)
@@ -109,7 +113,8 @@ Recordset::Recordset(SqliteConnection& connection, std::shared_ptr<sqlite3_stmt>
 
 void Recordset::moveFirst() {
     sqlite3_reset(statement_.get());
-    connection_->grantSteps();
+    connection_->grantTime();
+    rows_ = 0;
     eof_ = !step();
     bof_ = eof_;
 }
@@ -122,6 +127,8 @@ void Recordset::moveNext() {
 // False behind the last row.
 bool Recordset::step() {
     const int result = sqlite3_step(statement_.get());
+    if (result == SQLITE_ROW && ++rows_ > mostRows)
+        throw DatabaseError("a query of the database has too many rows");
     if (result == SQLITE_ROW)
         return true;
     if (result == SQLITE_DONE)
@@ -163,7 +170,7 @@ std::string Recordset::text(std::string_view column) const {
     if (bytes == nullptr)
         return {};
     const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), i));
-    return std::string(trimBlanks({bytes, size}));
+    return std::string(trimBlanks({bytes, std::min(size, longestText)}));
 }
 
 float toSingle(double value) {

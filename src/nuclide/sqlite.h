@@ -2,6 +2,7 @@
 // column names.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <stdexcept>
@@ -20,8 +21,8 @@ class DatabaseError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// A connection for reading. Whatever the file holds, a query ends: one that takes far more steps
-// than any sensible one is given up.
+// A connection for reading. Whatever the file holds, a query ends: one that takes far longer
+// or has far more rows than any sensible one is given up.
 class SqliteConnection {
   public:
     // Throws DatabaseError.
@@ -35,20 +36,21 @@ class SqliteConnection {
 
     // Throws DatabaseError. Only the first statement of the text counts.
     std::shared_ptr<sqlite3_stmt> prepare(std::string_view sql);
-    // Grants the next query its steps.
-    void grantSteps() { stepsLeft_ = stepLimit; }
+    // Grants the next query its time.
+    void grantTime() { deadline_ = Clock::now() + timeLimit; }
 
   private:
-    static constexpr int stepLimit = 100;  // in millions of the library's instructions
+    using Clock = std::chrono::steady_clock;
+    static constexpr std::chrono::seconds timeLimit{5};
 
     SqliteConnection() = default;
     void open(const std::string& uri);
     void guard();
-    static int countSteps(void* connection);
+    static int isTooLate(void* connection);
 
     std::string image_;
     sqlite3* handle_ = nullptr;
-    int stepsLeft_ = stepLimit;
+    Clock::time_point deadline_;
 };
 
 // The rows of a query, in order. At first it stands at the first row; without rows EOF and BOF are
@@ -80,6 +82,7 @@ class Recordset {
     std::vector<std::string> columns_;
     bool eof_ = true;
     bool bof_ = true;
+    std::int64_t rows_ = 0;
 };
 
 // A double as the nearest single-precision value; beyond its range infinite.

@@ -94,6 +94,8 @@ TEST(PlainNumbers, AreTheShortestTextWithALeadingBlankForTheSign) {
     EXPECT_EQ(signedNumber(std::int64_t{123}), " 123");
     EXPECT_EQ(signedNumber(std::int64_t{-123}), "-123");
     EXPECT_EQ(plainNumber(0.5), "0.5");
+    EXPECT_EQ(plainNumber(100000.0), "100000");
+    EXPECT_EQ(plainNumber(0.0001), "0.0001");
     EXPECT_EQ(plainNumber(1e300), "1E+300");
     EXPECT_EQ(plainNumber(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
 }

@@ -106,8 +106,9 @@ class Target {
         return {statement, &sqlite3_finalize};
     }
     void run(sqlite3_stmt* statement) {
-        if (sqlite3_step(statement) == SQLITE_ERROR)
-            check(SQLITE_ERROR);
+        const int result = sqlite3_step(statement);
+        if (result != SQLITE_DONE)
+            check(result);
         sqlite3_reset(statement);
     }
 
