@@ -12,8 +12,11 @@ namespace {
 
 constexpr auto separator = static_cast<char>(std::filesystem::path::preferred_separator);
 
+// An empty folder is the current one.
 std::string withoutSeparator(std::string_view folder) {
     std::string_view trimmed = trimBlanks(folder);
+    if (trimmed.empty())
+        return ".";
     if (trimmed.ends_with(separator))
         trimmed.remove_suffix(1);
     return std::string(trimmed);

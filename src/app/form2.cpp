@@ -104,8 +104,10 @@ void Form2::connectControls() {
     // Held down, the step buttons go on stepping.
     Command5->setAutoRepeat(true);
     Command6->setAutoRepeat(true);
-    connect(Picture1, &PictureBox::keyDown, this,
-            [this](int keyCode, int shift) { view_.keyDown(keyCode, shift); });
+    connect(Picture1, &PictureBox::keyDown, this, [this](int keyCode, int shift) {
+        activationFaulted_ = false;
+        view_.keyDown(keyCode, shift);
+    });
     connect(Picture1, &PictureBox::mouseDown, this, &Form2::Picture1_MouseDown);
     connect(Picture1, &PictureBox::resized, this, &Form2::Picture1_Resize);
     connect(Picture1, &PictureBox::rescaled, this, [this] { view_.redraw(); });
@@ -176,7 +178,13 @@ void Form2::changeEvent(QEvent* event) {
     view_.activate();
     // A nuclide that was chosen in another window shows on return.
     BuildNuclideMarks();
+    // The message of a fault hands the activation back to this window: a redraw that ended in one
+    // is not tried again before the user has done something.
+    if (activationFaulted_)
+        return;
+    activationFaulted_ = true;
     view_.redraw();
+    activationFaulted_ = false;
 }
 
 // A message in front of the window takes the release of a held button away from it.

@@ -120,7 +120,7 @@ void Form6::Command1_Click() {
 
 void Form6::addFolder(const QString& path, const QString& name, int depth) {
     auto* item = new QListWidgetItem(style()->standardIcon(QStyle::SP_DirIcon),
-                                     QString(depth * 3, QLatin1Char(' ')) + name, Dir1);
+                                     QString(qsizetype{3} * depth, QLatin1Char(' ')) + name, Dir1);
     item->setData(Qt::UserRole, path);
 }
 
@@ -128,11 +128,10 @@ void Form6::setFolder(const QString& path) {
     folder_ = pathText(nearestDirectory(pathBytes(path)));
     Dir1->clear();
     QStringList chain;
-    for (QDir above(folder_);; above.cdUp()) {
+    QDir above(folder_);
+    do {
         chain.prepend(above.absolutePath());
-        if (above.isRoot())
-            break;
-    }
+    } while (!above.isRoot() && above.cdUp());
     int depth = 0;
     for (const QString& folder : std::as_const(chain)) {
         const QString name = depth == 0 ? folder : QDir(folder).dirName();

@@ -63,7 +63,8 @@ std::string nearestDirectory(const std::string& path) {
     fs::path folder = fs::absolute(path, failed).lexically_normal();
     while (!fs::is_directory(folder, failed) && folder.has_relative_path())
         folder = folder.parent_path();
-    return folder.string();
+    // A relative path has no folder above it once the current directory is gone.
+    return folder.is_absolute() ? folder.string() : fs::path("/").string();
 }
 
 }  // namespace kestrel

@@ -246,6 +246,22 @@ TEST_F(MainWindow, StopsAHeldStepButtonWhenAMessageComes) {
     EXPECT_FALSE(form2->Command6->isDown());
 }
 
+// The message of a fault hands the activation back to the window.
+TEST_F(MainWindow, TellsAFaultOfTheRedrawAtActivationOnce) {
+    openSample();
+    module->view.linLogMode = CountAxis::Linear;
+    module->view.yScaleFactor = 300.0F;
+    module->spectrum.counts[5] = 8000000;
+    for (int i = 0; i < 3; ++i) {
+        QEvent activated(QEvent::ActivationChange);
+        QApplication::sendEvent(form2.get(), &activated);
+    }
+    EXPECT_EQ(dialogs.messages.size(), 1U);
+    QTest::keyClick(form2->Picture1, Qt::Key_L);
+    EXPECT_EQ(module->view.linLogMode, CountAxis::Logarithmic);
+    EXPECT_EQ(dialogs.messages.size(), 1U);
+}
+
 TEST_F(MainWindow, HandsKeysTypedIntoTheStatusLineToThePlot) {
     openSample();
     form2->Text1->setFocus();

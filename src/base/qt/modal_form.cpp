@@ -10,6 +10,18 @@ namespace {
 
 constexpr double fieldPoints = 11;
 
+class Field : public QLineEdit {
+  public:
+    using QLineEdit::QLineEdit;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        QLineEdit::keyPressEvent(event);
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+            event->accept();
+    }
+};
+
 }  // namespace
 
 ModalForm::ModalForm(const char* name, const char* caption, WindowPlacement& placement,
@@ -47,7 +59,7 @@ QPushButton* ModalForm::addButton(const char* name, const char* caption, const c
 }
 
 QLineEdit* fixedPitchField(QWidget* parent, const char* name, int columns, const char* accessible) {
-    auto* field = new QLineEdit(parent);
+    auto* field = new Field(parent);
     field->setObjectName(QString::fromLatin1(name));
     field->setAccessibleName(QString::fromLatin1(accessible));
     field->setFont(fixedPitchFont(fieldPoints));

@@ -32,7 +32,8 @@ class ModalForm : public QDialog {
     WindowPlacement& placement_;
 };
 
-// A text field of the fixed-pitch font that shows `columns` characters.
+// A text field of the fixed-pitch font that shows `columns` characters. Enter ends in the field:
+// where that moves the focus to a button, the same key does not press it as well.
 QLineEdit* fixedPitchField(QWidget* parent, const char* name, int columns, const char* accessible);
 
 }  // namespace kestrel
