@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "base/dialogs.h"
+#include "no_dialogs.h"
 #include "spectrum/chn_reader.h"
 #include "spectrum/derived_arrays.h"
 #include "spectrum/spectrum.h"
@@ -16,16 +16,6 @@
 namespace {
 
 using kestrel::Spectrum;
-
-class NoDialogs : public kestrel::Dialogs {
-  public:
-    bool message(const kestrel::MessageBox&) override { return true; }
-    std::string input(const kestrel::InputBox&) override { return {}; }
-    kestrel::FileChoice openFile(const kestrel::FileDialog&) override { return {}; }
-    kestrel::FileChoice saveFile(const kestrel::FileDialog&) override { return {}; }
-    std::unique_ptr<kestrel::PrintJob> print() override { return nullptr; }
-    void setPointer(kestrel::Pointer) override {}
-};
 
 std::string samplePath(std::int64_t channels) {
     return KESTREL_SAMPLES "/eu152-co60-cs137-" + std::to_string(channels) + ".chn";
@@ -44,7 +34,7 @@ void plainRead(benchmark::State& state) {
 BENCHMARK(plainRead)->Arg(1024)->Arg(4096)->Arg(16384);
 
 void readChn(benchmark::State& state) {
-    NoDialogs dialogs;
+    kestrel::bench::NoDialogs dialogs;
     const auto spectrum = std::make_unique<Spectrum>();
     spectrum->filePath = samplePath(state.range(0));
     for (auto _ : state)
@@ -53,7 +43,7 @@ void readChn(benchmark::State& state) {
 BENCHMARK(readChn)->Arg(1024)->Arg(4096)->Arg(16384);
 
 void deriveArrays(benchmark::State& state) {
-    NoDialogs dialogs;
+    kestrel::bench::NoDialogs dialogs;
     const auto spectrum = std::make_unique<Spectrum>();
     const auto derived = std::make_unique<kestrel::DerivedArrays>();
     spectrum->filePath = samplePath(state.range(0));

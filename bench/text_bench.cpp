@@ -9,10 +9,10 @@
 #include <string>
 #include <string_view>
 
-#include "base/dialogs.h"
 #include "base/file_replacement.h"
 #include "base/input_file.h"
 #include "make_samples/text_writers.h"
+#include "no_dialogs.h"
 #include "spectrum/canberra35_reader.h"
 #include "spectrum/chn_reader.h"
 #include "spectrum/dos_oxford_reader.h"
@@ -21,16 +21,6 @@
 namespace {
 
 using kestrel::Spectrum;
-
-class SilentDialogs : public kestrel::Dialogs {
-  public:
-    bool message(const kestrel::MessageBox&) override { return true; }
-    std::string input(const kestrel::InputBox&) override { return {}; }
-    kestrel::FileChoice openFile(const kestrel::FileDialog&) override { return {}; }
-    kestrel::FileChoice saveFile(const kestrel::FileDialog&) override { return {}; }
-    std::unique_ptr<kestrel::PrintJob> print() override { return nullptr; }
-    void setPointer(kestrel::Pointer) override {}
-};
 
 struct Form {
     std::string (*write)(const Spectrum&);
@@ -44,7 +34,7 @@ constexpr std::array<Form, 3> forms = {{
 
 // A spectrum whose path names a text file of the form, made from the sample of 16384 channels.
 std::unique_ptr<Spectrum> textFile(std::size_t form) {
-    SilentDialogs dialogs;
+    kestrel::bench::NoDialogs dialogs;
     auto spectrum = std::make_unique<Spectrum>();
     spectrum->filePath = KESTREL_SAMPLES "/eu152-co60-cs137-16384.chn";
     kestrel::readChnFile(*spectrum, dialogs);
@@ -68,7 +58,7 @@ BENCHMARK(splitText)->DenseRange(0, forms.size() - 1);
 
 void readText(benchmark::State& state) {
     const auto form = static_cast<std::size_t>(state.range(0));
-    SilentDialogs dialogs;
+    kestrel::bench::NoDialogs dialogs;
     const auto spectrum = textFile(form);
     for (auto _ : state) {
         if (!forms[form].read(*spectrum, dialogs))

@@ -67,14 +67,14 @@ void repaintOnScreen(benchmark::State& state) {
 BENCHMARK(repaintOnScreen)->Arg(1024)->Arg(4096)->Arg(16384)->Unit(benchmark::kMicrosecond);
 
 void repaintPicture(benchmark::State& state, PlotMode mode, CountAxis axis) {
-    const Program program(state.range(0));
+    Program program(state.range(0));
     Module1& module = *program.module;
     module.view.plotMode = mode;
     module.view.linLogMode = axis;
     for (auto _ : state) {
         drawSpectrum(
             {module.spectrum, module.derived, module.view, module.channelColour, module.palette},
-            program.form2->Picture1->canvas(), const_cast<SampleDialogs&>(program.dialogs));
+            program.form2->Picture1->canvas(), program.dialogs);
         benchmark::DoNotOptimize(program.form2->picture().constBits());
     }
 }

@@ -1,0 +1,21 @@
+// Dialogs for code that is to be measured: nobody is asked and nothing is shown.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "base/dialogs.h"
+
+namespace kestrel::bench {
+
+class NoDialogs : public Dialogs {
+  public:
+    bool message(const MessageBox&) override { return true; }
+    std::string input(const InputBox&) override { return {}; }
+    FileChoice openFile(const FileDialog&) override { return {}; }
+    FileChoice saveFile(const FileDialog&) override { return {}; }
+    std::unique_ptr<PrintJob> print() override { return nullptr; }
+    void setPointer(Pointer) override {}
+};
+
+}  // namespace kestrel::bench
