@@ -2,7 +2,9 @@
 add_library(kestrel_compiler INTERFACE)
 target_compile_options(kestrel_compiler INTERFACE
     $<$<CXX_COMPILER_ID:GNU,Clang>:-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
-        -Wconversion -Wsign-conversion -Wdouble-promotion -Wformat=2>
+        -Wconversion -Wsign-conversion -Wformat=2>
+    # Clang takes double{f} for an implicit promotion.
+    $<$<CXX_COMPILER_ID:GNU>:-Wdouble-promotion>
     # Results must not depend on the machine: no fused multiply-add behind the program's back.
     $<$<CXX_COMPILER_ID:GNU,Clang>:-ffp-contract=off>
     # GCC 12.2 loses the rounding of double -> float -> double where it vectorises two neighbouring
@@ -16,7 +18,11 @@ if(KESTREL_SANITIZE)
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(kestrel_compiler INTERFACE -fsanitize=address,undefined)
 endif()
+if(KESTREL_SANITIZE OR KESTREL_FUZZ)
+    target_compile_definitions(kestrel_compiler INTERFACE KESTREL_SANITIZED)
+endif()
 if(KESTREL_FUZZ)
     target_compile_options(kestrel_compiler INTERFACE
         -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(kestrel_compiler INTERFACE -fsanitize=fuzzer-no-link,address,undefined)
 endif()

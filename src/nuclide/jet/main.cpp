@@ -22,7 +22,7 @@ void limitResources() {
     setrlimit(RLIMIT_CPU, &cpu);
     const rlimit core{0, 0};
     setrlimit(RLIMIT_CORE, &core);
-#if !defined(__SANITIZE_ADDRESS__)
+#if !defined(KESTREL_SANITIZED)
     // The address sanitizer reserves far more than this for itself.
     constexpr rlim_t memory = rlim_t{2} << 30;
     const rlimit space{memory, memory};
