@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "base/runtime_fault.h"
+#include "fuzz_input.h"
 #include "nuclide/energy_list.h"
 #include "nuclide/nuclide_data.h"
 #include "nuclide_file.h"
@@ -12,16 +13,6 @@
 namespace {
 
 using namespace kestrel;
-
-class SilentDialogs : public Dialogs {
-  public:
-    bool message(const MessageBox&) override { return true; }
-    std::string input(const InputBox&) override { return {}; }
-    FileChoice openFile(const FileDialog&) override { return {}; }
-    FileChoice saveFile(const FileDialog&) override { return {}; }
-    std::unique_ptr<PrintJob> print() override { return nullptr; }
-    void setPointer(Pointer) override {}
-};
 
 std::size_t number(std::string_view bytes) {
     std::size_t value = 0;
@@ -52,7 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     folder.write("nuc2k.mdb",
                  whole ? std::string(input.substr(1)) : damaged(input.substr(size > 0 ? 1 : 0)));
     NuclideDatabase database(KESTREL_JET_READER);
-    SilentDialogs dialogs;
+    fuzz::SilentDialogs dialogs;
     EnergyListState list;
     list.forceRefresh = true;
     NuclideData nuclide;
