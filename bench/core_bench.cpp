@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "no_dialogs.h"
+#include "silent_dialogs.h"
 #include "spectrum/chn_reader.h"
 #include "spectrum/derived_arrays.h"
 #include "spectrum/spectrum.h"
@@ -34,7 +34,7 @@ void plainRead(benchmark::State& state) {
 BENCHMARK(plainRead)->Arg(1024)->Arg(4096)->Arg(16384);
 
 void readChn(benchmark::State& state) {
-    kestrel::bench::NoDialogs dialogs;
+    kestrel::test::SilentDialogs dialogs;
     const auto spectrum = std::make_unique<Spectrum>();
     spectrum->filePath = samplePath(state.range(0));
     for (auto _ : state)
@@ -43,7 +43,7 @@ void readChn(benchmark::State& state) {
 BENCHMARK(readChn)->Arg(1024)->Arg(4096)->Arg(16384);
 
 void deriveArrays(benchmark::State& state) {
-    kestrel::bench::NoDialogs dialogs;
+    kestrel::test::SilentDialogs dialogs;
     const auto spectrum = std::make_unique<Spectrum>();
     const auto derived = std::make_unique<kestrel::DerivedArrays>();
     spectrum->filePath = samplePath(state.range(0));

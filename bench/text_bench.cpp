@@ -12,7 +12,7 @@
 #include "base/file_replacement.h"
 #include "base/input_file.h"
 #include "make_samples/text_writers.h"
-#include "no_dialogs.h"
+#include "silent_dialogs.h"
 #include "spectrum/canberra35_reader.h"
 #include "spectrum/chn_reader.h"
 #include "spectrum/dos_oxford_reader.h"
@@ -34,7 +34,7 @@ constexpr std::array<Form, 3> forms = {{
 
 // A spectrum whose path names a text file of the form, made from the sample of 16384 channels.
 std::unique_ptr<Spectrum> textFile(std::size_t form) {
-    kestrel::bench::NoDialogs dialogs;
+    kestrel::test::SilentDialogs dialogs;
     auto spectrum = std::make_unique<Spectrum>();
     spectrum->filePath = KESTREL_SAMPLES "/eu152-co60-cs137-16384.chn";
     kestrel::readChnFile(*spectrum, dialogs);
@@ -58,7 +58,7 @@ BENCHMARK(splitText)->DenseRange(0, forms.size() - 1);
 
 void readText(benchmark::State& state) {
     const auto form = static_cast<std::size_t>(state.range(0));
-    kestrel::bench::NoDialogs dialogs;
+    kestrel::test::SilentDialogs dialogs;
     const auto spectrum = textFile(form);
     for (auto _ : state) {
         if (!forms[form].read(*spectrum, dialogs))

@@ -3,23 +3,14 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 
-#include "base/dialogs.h"
+#include "silent_dialogs.h"
 
 namespace kestrel::fuzz {
 
-class SilentDialogs : public Dialogs {
-  public:
-    bool message(const MessageBox&) override { return true; }
-    std::string input(const InputBox&) override { return {}; }
-    FileChoice openFile(const FileDialog&) override { return {}; }
-    FileChoice saveFile(const FileDialog&) override { return {}; }
-    std::unique_ptr<PrintJob> print() override { return nullptr; }
-    void setPointer(Pointer) override {}
-};
+using test::SilentDialogs;
 
 // A folder of this process, in memory where the system has such a place.
 const std::string& folder();

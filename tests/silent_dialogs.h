@@ -1,4 +1,4 @@
-// Dialogs for code that is to be measured: nobody is asked and nothing is shown.
+// Dialogs for code that is measured or fuzzed: nobody is asked and nothing is shown.
 #pragma once
 
 #include <memory>
@@ -6,9 +6,9 @@
 
 #include "base/dialogs.h"
 
-namespace kestrel::bench {
+namespace kestrel::test {
 
-class NoDialogs : public Dialogs {
+class SilentDialogs : public Dialogs {
   public:
     bool message(const MessageBox&) override { return true; }
     std::string input(const InputBox&) override { return {}; }
@@ -18,4 +18,4 @@ class NoDialogs : public Dialogs {
     void setPointer(Pointer) override {}
 };
 
-}  // namespace kestrel::bench
+}  // namespace kestrel::test
