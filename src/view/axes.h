@@ -1,0 +1,24 @@
+// The axes that plot and printout share, in the user scale of the view and in the fore colour.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "base/canvas.h"
+#include "view/view_state.h"
+
+namespace kestrel {
+
+// Text with its upper left corner at (x, y).
+void printAt(Canvas& canvas, double x, double y, const std::string& text);
+
+// Base line and ticks at quarters of the width, with their channels. Faults: Overflow.
+void drawChannelAxis(const ViewState& view, Canvas& canvas);
+
+void drawCountAxis(const ViewState& view, Canvas& canvas);
+void drawCountTick(const ViewState& view, double y, Canvas& canvas);
+
+// The full scale of 2^exponent counts as 256, 1K, 2M: always with the place of the suffix.
+std::string fullScaleLabel(std::int16_t exponent);
+
+}  // namespace kestrel

@@ -1,0 +1,19 @@
+// The spectrum's curve, on a canvas that has the user scale of the view: for the plot and for
+// paper.
+#pragma once
+
+#include "base/canvas.h"
+
+namespace kestrel {
+
+struct PlotInput;
+
+// The curve of the channels after the first one shown; nothing where no channel before the last has
+// counts. At most about 2 x 4096 elements are drawn, however many channels are shown. Faults:
+// SubscriptOutOfRange, Overflow.
+void drawCurve(const PlotInput& input, Canvas& canvas);
+
+// The regions that the peak-area dialog has, over the curve. Faults likewise.
+void drawRegions(const PlotInput& input, Canvas& canvas);
+
+}  // namespace kestrel
