@@ -37,6 +37,7 @@ class RecordingCanvas : public Canvas {
     }
     void setForeColour(Colour colour) override { foreColour_ = colour; }
     Colour foreColour() const override { return foreColour_; }
+    void clipTo(const UserScale& part) override { clip = part; }
     void setDrawWidth(int width) override { drawWidth = width; }
     void moveTo(double x, double y) override { x_ = x, y_ = y; }
     void lineTo(double x, double y, Colour colour) override {
@@ -50,7 +51,7 @@ class RecordingCanvas : public Canvas {
     void print(std::string_view text) override {
         texts.push_back({x_, y_, std::string(text), foreColour_});
     }
-    double textHeight() const override { return 30; }
+    double textHeight() const override { return lineHeight; }
     double textWidth(std::string_view text) const override {
         return 0.01 * (scale_.right - scale_.left) * static_cast<double>(text.size());
     }
@@ -66,6 +67,8 @@ class RecordingCanvas : public Canvas {
     std::vector<Point> points;
     std::vector<Text> texts;
     int drawWidth = 0;
+    double lineHeight = 30;
+    UserScale clip;
 
   private:
     UserScale scale_;

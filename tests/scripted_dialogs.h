@@ -27,7 +27,11 @@ class ScriptedDialogs : public Dialogs {
         return fileAnswer;
     }
     FileChoice saveFile(const FileDialog& dialog) override { return openFile(dialog); }
-    std::unique_ptr<PrintJob> print() override { return nullptr; }
+    PageLayout pageLayout() override { return a4Page; }
+    std::unique_ptr<PrintJob> print(const std::string& documentName) override {
+        printed.push_back(documentName);
+        return beginJob ? beginJob() : nullptr;
+    }
     void setPointer(Pointer shape) override { pointer = shape; }
 
     std::vector<MessageBox> messages;
@@ -37,6 +41,8 @@ class ScriptedDialogs : public Dialogs {
     std::function<void()> duringMessage;
     std::string inputAnswer;
     FileChoice fileAnswer;
+    std::vector<std::string> printed;
+    std::function<std::unique_ptr<PrintJob>()> beginJob;  // none: cancelled
     Pointer pointer = Pointer::Default;
 };
 

@@ -14,7 +14,8 @@ class SilentDialogs : public Dialogs {
     std::string input(const InputBox&) override { return {}; }
     FileChoice openFile(const FileDialog&) override { return {}; }
     FileChoice saveFile(const FileDialog&) override { return {}; }
-    std::unique_ptr<PrintJob> print() override { return nullptr; }
+    PageLayout pageLayout() override { return a4Page; }
+    std::unique_ptr<PrintJob> print(const std::string&) override { return nullptr; }
     void setPointer(Pointer) override {}
 };
 

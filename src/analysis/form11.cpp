@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <QDateTime>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QShortcut>
@@ -9,9 +10,11 @@
 
 #include "analysis/pkm_file.h"
 #include "analysis/result_list.h"
+#include "analysis/results_printout.h"
 #include "base/directory_choice.h"
 #include "base/qt/fonts.h"
 #include "base/qt/text_codec.h"
+#include "spectrum/file_name.h"
 
 namespace kestrel {
 namespace {
@@ -32,9 +35,8 @@ Form11::Form11(const ResultSource& source, Chooser chooser, WindowPlacement& pla
       source_(source),
       chooser_(std::move(chooser)) {
     placeControls();
-    // Nothing of the program prints results yet.
-    Command2->setEnabled(false);
     connect(Command1, &QPushButton::clicked, this, &Form11::Command1_Click);
+    connect(Command2, &QPushButton::clicked, this, &Form11::Command2_Click);
     connect(Command3, &QPushButton::clicked, this, &Form11::reject);
     connect(Command4, &QPushButton::clicked, this, &Form11::Command4_Click);
     auto* remove = new QShortcut(QKeySequence::Delete, List1);
@@ -95,6 +97,17 @@ void Form11::Command1_Click() {
         return;
     writePkmFile(source_.spectrum, source_.saveAsDir, chosenLines());
     accept();
+}
+
+void Form11::Command2_Click() {
+    const std::unique_ptr<PrintJob> job =
+        source_.dialogs.print(baseName(source_.spectrum) + " areas");
+    if (job == nullptr)
+        return;
+    const QString now =
+        QDateTime::currentDateTime().toString(QStringLiteral("yyyy/MM/dd-HH:mm:ss"));
+    printResults(source_.spectrum, chosenLines(), now.toStdString(), *job);
+    job->endDocument();
 }
 
 void Form11::Command4_Click() {

@@ -8,6 +8,7 @@
 #include <QListWidget>
 
 #include "analysis/peak_area_set.h"
+#include "base/dialogs.h"
 #include "base/qt/modal_form.h"
 #include "spectrum/spectrum.h"
 
@@ -19,6 +20,7 @@ struct ResultSource {
     PeakAreaTable& sets;
     std::int16_t setCount;
     std::string& saveAsDir;
+    Dialogs& dialogs;
 };
 
 class Form11 : public ModalForm {
@@ -43,6 +45,7 @@ class Form11 : public ModalForm {
     void placeControls();
     void buildResultList();
     void Command1_Click();
+    void Command2_Click();
     void Command4_Click();
     // The selected lines; all where none is selected.
     std::vector<std::string> chosenLines() const;

@@ -6,6 +6,7 @@
 #include "analysis/result_list.h"
 #include "base/file_replacement.h"
 #include "base/text.h"
+#include "spectrum/file_name.h"
 
 namespace kestrel {
 namespace {
@@ -25,8 +26,7 @@ std::string withoutSeparator(std::string_view folder) {
 }  // namespace
 
 std::string pkmFileName(const Spectrum& spectrum) {
-    const std::string name = std::filesystem::path(spectrum.filePath).filename().string();
-    return name.substr(0, name.rfind('.')) + ".pkm";
+    return baseName(spectrum) + ".pkm";
 }
 
 void writePkmFile(const Spectrum& spectrum, const std::string& folder,

@@ -83,6 +83,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void showPeakAreaResults();
     void chooseDirectory(const std::string& caption, const std::string& label, QWidget* over);
     void showDataInformation();
+    void showPrintPreview();
     bool closeOtherWindows();
     bool mayLeave();
 

@@ -9,6 +9,7 @@
 #include "app/form2.h"
 #include "app/form6.h"
 #include "base/qt/text_codec.h"
+#include "print/form8.h"
 #include "spectrum/csv_export.h"
 #include "view/jumps.h"
 
@@ -18,6 +19,7 @@ namespace {
 constexpr int calibrationPlacement = 5;
 constexpr int directoryPlacement = 6;
 constexpr int peakAreaPlacement = 7;
+constexpr int printPlacement = 8;
 constexpr int resultPlacement = 11;
 
 QString itemName(const char* control, int index) {
@@ -103,12 +105,22 @@ void Form2::f11_Click(int index) {
             saveAsCsv(module_.spectrum, module_.settings.lastDirectory, dialogs_);
             focusPlot();
             break;
+        case 20:
+            showPrintPreview();
+            break;
         case 40:
             close();
             break;
         default:
             break;
     }
+}
+
+void Form2::showPrintPreview() {
+    Form8({module_.spectrum, module_.derived, module_.view}, dialogs_,
+          module_.settings.windowPlacement[printPlacement], this)
+        .exec();
+    focusPlot();
 }
 
 void Form2::o11_Click(int index) {
@@ -165,7 +177,7 @@ void Form2::pkarea_Click() {
 void Form2::showPeakAreaResults() {
     Settings& settings = module_.settings;
     const ResultSource source{module_.spectrum, settings.peakSets, settings.peakSetCount,
-                              settings.saveAsDir};
+                              settings.saveAsDir, dialogs_};
     const auto chooser = [this](const std::string& caption, const std::string& label,
                                 QWidget* over) { chooseDirectory(caption, label, over); };
     Form11(source, chooser, settings.windowPlacement[resultPlacement], form7_.get()).exec();

@@ -32,8 +32,12 @@ class Canvas {
     virtual void setForeColour(Colour colour) = 0;
     virtual Colour foreColour() const = 0;
 
-    // Width of lines and size of points, in units of one screen pixel at 96 dots per inch. Curves
-    // stay one device dot wide, however wide points are.
+    // What lies outside this part of the surface, in user coordinates, is cut off until the next
+    // call; the scale's own extent cuts nothing off.
+    virtual void clipTo(const UserScale& part) = 0;
+
+    // Size of points, in units of one screen pixel at 96 dots per inch. Lines stay as thin as the
+    // surface draws them, however large points are.
     virtual void setDrawWidth(int width) = 0;
 
     virtual void moveTo(double x, double y) = 0;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/canvas.h"
+#include "base/page_layout.h"
 
 namespace kestrel {
 
@@ -47,12 +48,15 @@ struct FileChoice {
     int filterIndex = 1;  // as the user left it, also when cancelled
 };
 
-// A document being printed. Ending it sends it to the printer; one that is destroyed without that
-// is given up. Faults of all calls: Printer.
+// A document being printed, in the fixed-pitch font of 9 points. Ending it sends it to the printer
+// or writes its file; one that is destroyed without that is given up. Faults of all calls: Printer;
+// of endDocument also those of replaceFile.
 class PrintJob {
   public:
     virtual ~PrintJob() = default;
+    // The part of the page inside its margins.
     virtual Canvas& canvas() = 0;
+    virtual PageLayout layout() const = 0;
     virtual void newPage() = 0;
     virtual void endDocument() = 0;
 };
@@ -68,8 +72,10 @@ class Dialogs {
     // A chosen file's folder becomes the current directory of the process.
     virtual FileChoice openFile(const FileDialog& dialog) = 0;
     virtual FileChoice saveFile(const FileDialog& dialog) = 0;
-    // Null when cancelled.
-    virtual std::unique_ptr<PrintJob> print() = 0;
+    // The page that the next print will use unless the user chooses another.
+    virtual PageLayout pageLayout() = 0;
+    // Lets the user choose a printer or a file. Null when cancelled. Faults: Printer.
+    virtual std::unique_ptr<PrintJob> print(const std::string& documentName) = 0;
 
     virtual void setPointer(Pointer pointer) = 0;
 };

@@ -32,16 +32,22 @@ double factor(int dots, double from, double to) {
 
 }  // namespace
 
-void PainterCanvas::attach(QPaintDevice* device, QSize dots, double dotsPerUnit) {
+void PainterCanvas::attach(QPaintDevice* device, QSize dots, double dotsPerUnit, int lineDots) {
     painter_.reset();
     forgetPending();
     device_ = device;
     dots_ = dots;
     dotsPerUnit_ = dotsPerUnit;
+    lineDots_ = lineDots;
     // In dots, whatever resolution the device claims to have.
     constexpr double unitsPerPoint = 96.0 / 72.0;
     font_.setPixelSize(std::max(1, qRound(fontPoints_ * unitsPerPoint * dotsPerUnit)));
     updateFactors();
+}
+
+bool PainterCanvas::begin() {
+    const QPainter* p = painter();
+    return p != nullptr && p->isActive();
 }
 
 void PainterCanvas::finish() {
@@ -88,6 +94,18 @@ void PainterCanvas::clear(Colour background) {
     currentY_ = scale_.top;
 }
 
+void PainterCanvas::clipTo(const UserScale& part) {
+    flush();
+    QPainter* p = painter();
+    if (p == nullptr)
+        return;
+    if (part == scale_)
+        p->setClipping(false);
+    else
+        p->setClipRect(
+            QRect(toDevice(part.left, part.top), toDevice(part.right, part.bottom)).normalized());
+}
+
 void PainterCanvas::moveTo(double x, double y) {
     flush();
     currentX_ = x;
@@ -121,7 +139,8 @@ void PainterCanvas::leaveColumn(QPoint dot) {
     const int from = column_.last;
     Column next{true, dot.x(), dot.y(), dot.y(), dot.y()};
     if (dot.y() == from) {
-        fills_.emplace_back(std::min(column_.x, dot.x()), from, std::abs(dot.x() - column_.x), 1);
+        fills_.emplace_back(std::min(column_.x, dot.x()), from - lineDots_ / 2,
+                            std::abs(dot.x() - column_.x), lineDots_);
     } else if (std::abs(dot.x() - column_.x) == 1) {
         const int middle = (from + dot.y()) / 2;
         column_.least = std::min(column_.least, middle);
@@ -137,7 +156,8 @@ void PainterCanvas::leaveColumn(QPoint dot) {
 
 void PainterCanvas::closeColumn() {
     if (column_.open)
-        fills_.emplace_back(column_.x, column_.least, 1, column_.greatest - column_.least + 1);
+        fills_.emplace_back(column_.x - lineDots_ / 2, column_.least - lineDots_ / 2, lineDots_,
+                            column_.greatest - column_.least + lineDots_);
     column_.open = false;
 }
 
@@ -159,7 +179,7 @@ void PainterCanvas::flush() {
         return;
     if (QPainter* p = painter()) {
         const QColor colour = toQColor(pendingColour_);
-        p->setPen(QPen(colour, 0));
+        p->setPen(QPen(colour, lineDots_ == 1 ? 0 : lineDots_));
         p->drawLines(slopes_.data(), static_cast<int>(slopes_.size()));
         p->setPen(Qt::NoPen);
         p->setBrush(colour);

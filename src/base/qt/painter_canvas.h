@@ -22,11 +22,16 @@ class PainterCanvas : public Canvas {
     explicit PainterCanvas(const QFont& font) : font_(font), fontPoints_(font.pointSizeF()) {}
 
     // Draws on `device` (not owned) from now on; `dots` is its size, `dotsPerUnit` the device dots
-    // in a screen pixel at 96 dots per inch. Scale and fore colour stay. Without a device nothing
-    // is drawn.
-    void attach(QPaintDevice* device, QSize dots, double dotsPerUnit);
+    // in a screen pixel at 96 dots per inch, `lineDots` the width of lines. Scale and fore colour
+    // stay. Without a device nothing is drawn.
+    void attach(QPaintDevice* device, QSize dots, double dotsPerUnit, int lineDots = 1);
 
-    // Puts everything drawn so far on the device, which may then be read.
+    // Begins to draw, which the first call of a drawing function does as well. False where the
+    // device cannot be drawn on.
+    bool begin();
+    // Puts everything drawn so far on the device.
+    void flush();
+    // The same, and lets go of the device, which may then be read.
     void finish();
 
     void setScale(const UserScale& scale) override;
@@ -34,6 +39,7 @@ class PainterCanvas : public Canvas {
     void clear(Colour background) override;
     void setForeColour(Colour colour) override { foreColour_ = colour; }
     Colour foreColour() const override { return foreColour_; }
+    void clipTo(const UserScale& part) override;
     void setDrawWidth(int width) override { drawWidth_ = width; }
     void moveTo(double x, double y) override;
     void lineTo(double x, double y, Colour colour) override;
@@ -53,12 +59,12 @@ class PainterCanvas : public Canvas {
     void goTo(QPoint dot);
     void leaveColumn(QPoint dot);
     void closeColumn();
-    void flush();
     void forgetPending();
 
     QPaintDevice* device_ = nullptr;
     QSize dots_;
     double dotsPerUnit_ = 1.0;
+    int lineDots_ = 1;
     std::unique_ptr<QPainter> painter_;
     QFont font_;
     double fontPoints_;

@@ -11,13 +11,17 @@
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPrintDialog>
 
+#include "base/qt/print_job.h"
 #include "base/qt/text_codec.h"
 
 namespace kestrel {
 namespace {
 
 // The object name of the list of filters in Qt's own dialog.
+constexpr double pageMargin = 10;  // of a sheet of paper, in mm, unless the user sets another
+
 constexpr const char* filterList = "fileTypeCombo";
 
 QMessageBox::Icon toQtIcon(Icon icon) {
@@ -140,9 +144,28 @@ FileChoice QtDialogs::saveFile(const FileDialog& dialog) {
     return chooseFile(dialog, QFileDialog::AcceptSave);
 }
 
-// Nothing of the program prints yet.
-std::unique_ptr<PrintJob> QtDialogs::print() {
-    return nullptr;
+// Made at the first use: looking for the desktop's printers takes time.
+QPrinter& QtDialogs::printer() {
+    if (!printer_) {
+        printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
+        printer_->setPageMargins(QMarginsF(pageMargin, pageMargin, pageMargin, pageMargin),
+                                 QPageLayout::Millimeter);
+    }
+    return *printer_;
+}
+
+PageLayout QtDialogs::pageLayout() {
+    return toPageLayout(printer().pageLayout());
+}
+
+std::unique_ptr<PrintJob> QtDialogs::print(const std::string& documentName) {
+    if (printer().outputFormat() == QPrinter::PdfFormat)
+        printer().setOutputFileName(QDir::current().filePath(toWindow(documentName + ".pdf")));
+    QPrintDialog dialog(&printer(), QApplication::activeWindow());
+    dialog.setOption(QPrintDialog::PrintPageRange, false);
+    if (dialog.exec() != QDialog::Accepted)
+        return nullptr;
+    return beginPrintJob(printer(), documentName);
 }
 
 void QtDialogs::setPointer(Pointer pointer) {

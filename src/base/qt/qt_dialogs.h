@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include <QPrinter>
 #include <QWidget>
 
 #include "base/dialogs.h"
@@ -16,10 +17,14 @@ class QtDialogs : public Dialogs {
     std::string input(const InputBox& box) override;
     FileChoice openFile(const FileDialog& dialog) override;
     FileChoice saveFile(const FileDialog& dialog) override;
-    std::unique_ptr<PrintJob> print() override;
+    PageLayout pageLayout() override;
+    std::unique_ptr<PrintJob> print(const std::string& documentName) override;
     void setPointer(Pointer pointer) override;
 
   private:
+    QPrinter& printer();
+
+    std::unique_ptr<QPrinter> printer_;  // keeps what the user chose last
     bool hourglass_ = false;
 };
 

@@ -1,0 +1,83 @@
+#include "print/energy_axis.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/number_text.h"
+
+namespace kestrel {
+namespace {
+
+constexpr double wantedTicks = 8;
+// Beyond this many steps from zero neighbouring ticks are not told apart reliably.
+constexpr double mostSteps = 1e9;
+
+double energyAt(const Calibration& calibration, int channel) {
+    return (calibration.c * channel + calibration.b) * channel + calibration.a;
+}
+
+// A step of digit * 10^exponent keV.
+struct Step {
+    double digit;
+    double exponent;
+
+    double size() const { return digit * std::pow(10.0, exponent); }
+    // The decimal value nearest to n steps.
+    double times(double n) const {
+        return exponent < 0 ? n * digit / std::pow(10.0, -exponent) : n * size();
+    }
+};
+
+Step stepFor(double range) {
+    const double wanted = range / wantedTicks;
+    const double exponent = std::floor(std::log10(wanted));
+    const double digit = wanted / std::pow(10.0, exponent);
+    for (const double round : {1.0, 2.0, 5.0}) {
+        if (digit <= round)
+            return {round, exponent};
+    }
+    return {1.0, exponent + 1};
+}
+
+struct Range {
+    double least;
+    double greatest;
+};
+
+Range energyRange(const Calibration& calibration, int first, int last) {
+    Range range{energyAt(calibration, first), energyAt(calibration, first)};
+    for (int channel = first; channel <= last; ++channel) {
+        range.least = std::min(range.least, energyAt(calibration, channel));
+        range.greatest = std::max(range.greatest, energyAt(calibration, channel));
+    }
+    return range;
+}
+
+}  // namespace
+
+std::vector<EnergyTick> energyTicks(const Calibration& calibration, int firstChannel,
+                                    int lastChannel) {
+    const auto [least, greatest] = energyRange(calibration, firstChannel, lastChannel);
+    if (!(greatest > least) || !std::isfinite(greatest - least))
+        return {};
+    const Step step = stepFor(greatest - least);
+    if (!(std::max(std::abs(least), std::abs(greatest)) / step.size() < mostSteps))
+        return {};
+    std::vector<EnergyTick> ticks;
+    for (int channel = firstChannel; channel < lastChannel; ++channel) {
+        const double from = energyAt(calibration, channel);
+        const double to = energyAt(calibration, channel + 1);
+        const auto [low, high] = std::minmax(from, to);
+        for (double n = std::ceil(low / step.size()); step.times(n) <= high; ++n) {
+            const double energy = step.times(n);
+            // A tick on a channel belongs to the pair that begins there.
+            if (energy < low || (energy == to && channel + 1 < lastChannel))
+                continue;
+            const double part = to == from ? 0.0 : (energy - from) / (to - from);
+            ticks.push_back({channel + part, plainNumber(energy)});
+        }
+    }
+    return ticks;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,58 @@
+// Form8, the print preview: the sheet as the printer will make it, to be printed or left.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include <QImage>
+#include <QMenuBar>
+
+#include "base/qt/modal_form.h"
+#include "base/qt/painter_canvas.h"
+#include "print/spectrum_printout.h"
+
+namespace kestrel {
+
+class Form8 : public ModalForm {
+    Q_OBJECT
+
+    QMenuBar* const menu_;  // before the items that it has
+
+  public:
+    // What `input` refers to, `dialogs` and `placement` must outlive the window.
+    Form8(const PrintoutInput& input, Dialogs& dialogs, WindowPlacement& placement,
+          QWidget* parent);
+
+    QAction* const prn1;
+    QAction* const can1;
+
+    // The sheet without its margins, as the window shows it.
+    const QImage& sheet() const { return sheet_; }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    void prn1_Click();
+    void drawPreview();
+    bool drawSheet(const PageLayout& layout);
+    QRectF paperRect() const;
+
+    // Where the drawing goes.
+    Canvas& surface();
+
+    static constexpr std::int16_t onWindow = 0;
+    static constexpr std::int16_t onPrinter = 3;
+
+    PrintoutInput input_;
+    Dialogs& dialogs_;
+    std::int16_t printTarget_ = onWindow;
+    std::unique_ptr<PrintJob> job_;  // while printing
+    PageLayout layout_;
+    QImage sheet_;
+    QImage shown_;  // the sheet in the size that the window has room for
+    PainterCanvas canvas_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,241 @@
+// Printing through the real windows, into real PDF files.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include <QApplication>
+#include <QImage>
+#include <QPrinter>
+#include <QProcess>
+#include <QTest>
+#include <QTimer>
+
+#include "analysis/form11.h"
+#include "app/form2.h"
+#include "base/qt/kestrel_application.h"
+#include "base/qt/print_job.h"
+#include "base/runtime_fault.h"
+#include "print/form8.h"
+#include "recording_job.h"
+#include "scripted_dialogs.h"
+#include "temp_folder.h"
+
+namespace kestrel {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+std::string outputOf(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.start(program, arguments);
+    EXPECT_TRUE(process.waitForFinished()) << program.toStdString();
+    return process.readAllStandardOutput().toStdString();
+}
+
+// A canvas that fails at the n-th line.
+class FailingCanvas : public test::RecordingCanvas {
+  public:
+    explicit FailingCanvas(int linesLeft) : linesLeft_(linesLeft) {}
+    void lineTo(double x, double y, Colour colour) override {
+        if (--linesLeft_ < 0)
+            throw RuntimeFault(Fault::Printer);
+        RecordingCanvas::lineTo(x, y, colour);
+    }
+
+  private:
+    int linesLeft_;
+};
+
+class FailingJob : public PrintJob {
+  public:
+    FailingJob(int linesLeft, bool& ended) : canvas_(linesLeft), ended_(ended) {}
+    Canvas& canvas() override { return canvas_; }
+    PageLayout layout() const override { return a4Page; }
+    void newPage() override {}
+    void endDocument() override { ended_ = true; }
+
+  private:
+    FailingCanvas canvas_;
+    bool& ended_;
+};
+
+class Printing : public testing::Test {
+  protected:
+    Printing() {
+        static_cast<KestrelApplication*>(qApp)->showFaultsIn(dialogs);
+        startModule1(*module, folder.path());
+        form2 = std::make_unique<Form2>(*module, dialogs);
+        form2->show();
+        QApplication::processEvents();
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(QString::fromStdString(folder.file("out.pdf")));
+        printer.setPageMargins(QMarginsF(10, 10, 10, 10), QPageLayout::Millimeter);
+    }
+    void open(const char* sample) {
+        dialogs.fileAnswer = {.path = std::string(KESTREL_SAMPLES "/") + sample, .filterIndex = 1};
+        QTest::keyClick(form2->Picture1, Qt::Key_G);
+    }
+    void intoPdf() {
+        dialogs.beginJob = [this] { return beginPrintJob(printer, "a spectrum"); };
+    }
+    // Opens the preview, presses `keys` there and closes it.
+    void inPreview(const std::function<void(Form8&)>& action) {
+        QTimer::singleShot(0, qApp, [this, action] {
+            auto* form8 = qobject_cast<Form8*>(QApplication::activeModalWidget());
+            ASSERT_NE(form8, nullptr);
+            action(*form8);
+            EXPECT_TRUE(form8->isVisible()) << "printing leaves the window open";
+            form8->can1->trigger();
+            ++previews;
+        });
+        form2->findChild<QAction*>(QStringLiteral("f11(20)"))->trigger();
+        EXPECT_EQ(previews, 1);
+    }
+    void print() {
+        inPreview([](Form8& form8) { QTest::keyClick(&form8, Qt::Key_Return); });
+    }
+    // The texts of the file, every run of blanks as one.
+    std::string text() const {
+        const std::string found =
+            outputOf(QStringLiteral("pdftotext"),
+                     {QStringLiteral("-layout"), printer.outputFileName(), QStringLiteral("-")});
+        return QString::fromStdString(found).simplified().toStdString();
+    }
+
+    test::TempFolder folder;
+    test::ScriptedDialogs dialogs;
+    QPrinter printer{QPrinter::HighResolution};
+    std::unique_ptr<Module1> module = std::make_unique<Module1>();
+    std::unique_ptr<Form2> form2;
+    int previews = 0;
+};
+
+TEST_F(Printing, ASpectrumBecomesAPdfOfModestSizeWithItsTexts) {
+    open("eu152-co60-cs137-16384.chn");
+    module->spectrum.comment.assign(
+        "\x83\x76\x81\x5B\x83\x8B\x90\x85");  // pool water, in code page 932
+    intoPdf();
+    print();
+    EXPECT_EQ(dialogs.printed, std::vector<std::string>{"eu152-co60-cs137-16384"});
+    EXPECT_LT(folder.read("out.pdf").size(), 300'000U);
+    EXPECT_THAT(text(), AllOf(HasSubstr("File Name: " KESTREL_SAMPLES), HasSubstr("プール水"),
+                              HasSubstr("Live: 600sec"), HasSubstr("16384"), HasSubstr("2000"),
+                              HasSubstr("ENERGY(keV)")));
+    const std::string fonts = outputOf(QStringLiteral("pdffonts"), {printer.outputFileName()});
+    EXPECT_THAT(fonts, AllOf(HasSubstr("IPAGothic"), HasSubstr("yes no  yes"))) << "embedded";
+}
+
+TEST_F(Printing, ThePreviewShowsThePaperThatWasChosenLast) {
+    open("eu152-co60-cs137-1024.chn");
+    printer.setPageOrientation(QPageLayout::Landscape);
+    intoPdf();
+    inPreview([](Form8& form8) {
+        EXPECT_LT(form8.sheet().width(), form8.sheet().height());
+        const QImage before = form8.sheet();
+        form8.prn1->trigger();
+        EXPECT_GT(form8.sheet().width(), form8.sheet().height());
+        EXPECT_NE(form8.sheet(), before);
+    });
+}
+
+TEST_F(Printing, ADotMoreOnTheCurveIsADotMoreOnThePreview) {
+    open("eu152-co60-cs137-1024.chn");
+    const auto inked = [](const QImage& sheet) {
+        int dots = 0;
+        for (int y = 0; y < sheet.height(); ++y) {
+            for (int x = 0; x < sheet.width(); ++x)
+                dots += qGray(sheet.pixel(x, y)) < 128 ? 1 : 0;
+        }
+        return dots;
+    };
+    int lines = 0;
+    int points = 0;
+    inPreview([&](Form8& form8) { lines = inked(form8.sheet()); });
+    previews = 0;
+    module->view.plotMode = PlotMode::Dots;
+    inPreview([&](Form8& form8) { points = inked(form8.sheet()); });
+    EXPECT_GT(points, 1023 * 4) << "a point is 1.5 pt wide";
+    EXPECT_NE(points, lines);
+}
+
+TEST_F(Printing, APrinterThatFailsLeavesTheProgramGoingOn) {
+    open("eu152-co60-cs137-1024.chn");
+    bool ended = false;
+    dialogs.beginJob = [&] { return std::make_unique<FailingJob>(20, ended); };
+    print();
+    ASSERT_EQ(dialogs.messages.size(), 1U);
+    EXPECT_EQ(dialogs.messages[0].text, "プリンタに問題があります。");
+    EXPECT_FALSE(ended) << "half a page is not sent";
+
+    // After the curve it is a fault like any other; no printer at all likewise.
+    const int all = [&] {
+        test::RecordingCanvas canvas;
+        drawPrintedSpectrum({module->spectrum, module->derived, module->view}, 0, canvas, dialogs);
+        return static_cast<int>(canvas.lines.size());
+    }();
+    for (const int linesLeft : {all, -1}) {
+        previews = 0;
+        dialogs.messages.clear();
+        dialogs.beginJob = [&]() -> std::unique_ptr<PrintJob> {
+            if (linesLeft < 0)
+                throw RuntimeFault(Fault::Printer);
+            return std::make_unique<FailingJob>(linesLeft, ended);
+        };
+        print();
+        ASSERT_EQ(dialogs.messages.size(), 1U);
+        EXPECT_EQ(dialogs.messages[0].text, "Run-time error '482':\n\nPrinter error");
+        EXPECT_FALSE(ended);
+    }
+}
+
+TEST_F(Printing, APdfThatCannotBeWrittenIsToldAndTheOldFileStays) {
+    open("eu152-co60-cs137-1024.chn");
+    printer.setOutputFileName(QString::fromStdString(folder.file("gone/out.pdf")));
+    intoPdf();
+    print();
+    ASSERT_EQ(dialogs.messages.size(), 1U);
+    EXPECT_EQ(dialogs.messages[0].text, "Run-time error '76':\n\nPath not found");
+    EXPECT_EQ(folder.entries(), 0U);
+}
+
+TEST_F(Printing, ResultsArePrintedFromTheirWindow) {
+    open("eu152-co60-cs137-4096.chn");
+    Settings& settings = module->settings;
+    settings.peakSetCount = 128;
+    for (std::int16_t i = 0; i < 128; ++i) {
+        const auto centre = static_cast<std::int16_t>(100 + 10 * i);
+        PeakAreaSet& set = settings.peakSets[i];
+        set.bkg1Low = static_cast<std::int16_t>(centre - 30);
+        set.bkg1High = static_cast<std::int16_t>(centre - 20);
+        set.pkLow = static_cast<std::int16_t>(centre - 5);
+        set.pkHigh = static_cast<std::int16_t>(centre + 5);
+        set.bkg2Low = static_cast<std::int16_t>(centre + 20);
+        set.bkg2High = static_cast<std::int16_t>(centre + 30);
+    }
+    const ResultSource source{module->spectrum, settings.peakSets, settings.peakSetCount,
+                              settings.saveAsDir, dialogs};
+    Form11 form11(source, {}, settings.windowPlacement[11], form2.get());
+    form11.show();
+    QTest::mouseClick(form11.Command2, Qt::LeftButton);
+    EXPECT_TRUE(form11.isVisible()) << "cancelled";
+    EXPECT_FALSE(folder.has("out.pdf"));
+
+    intoPdf();
+    QTest::mouseClick(form11.Command2, Qt::LeftButton);
+    std::size_t from = 0;
+    const std::string whole = text();
+    for (int i = 0; i < form11.List1->count(); ++i) {
+        const std::string line = form11.List1->item(i)->text().simplified().toStdString();
+        from = whole.find(line, from);
+        ASSERT_NE(from, std::string::npos) << line;
+    }
+    form11.List1->item(3)->setSelected(true);
+    QTest::mouseClick(form11.Command2, Qt::LeftButton);
+    EXPECT_THAT(text(), AllOf(HasSubstr("Kestrel PKarea cal"), HasSubstr(" 4 130.0"),
+                              testing::Not(HasSubstr(" 5 140.0"))));
+}
+
+}  // namespace
+}  // namespace kestrel
