@@ -4,9 +4,12 @@
 #include <cmath>
 #include <cstddef>
 
+#include "base/palette.h"
+
 namespace kestrel {
 namespace {
 
+constexpr int black = 0;
 constexpr double columnPoints = 6;  // 12 columns an inch
 constexpr double linePoints = 12;   // 6 lines an inch
 constexpr double firstColumn = 10;
@@ -21,6 +24,7 @@ bool continues(char byte) {
 
 PageText::PageText(Canvas& canvas, const PageLayout& layout) : canvas_(canvas) {
     canvas_.setScale({0, 0, layout.width / columnPoints, layout.height / linePoints});
+    canvas_.setForeColour(standardPalette[black]);
     lineHeight_ = canvas_.textHeight();
 }
 

@@ -11,7 +11,7 @@
 namespace kestrel {
 
 // Puts the canvas on a scale of characters: 12 columns and 6 lines an inch, from the upper left
-// corner. Text begins in column 10; how far it goes depends on the font.
+// corner. Text is black and begins in column 10; how far it goes depends on the font.
 class PageText {
   public:
     PageText(Canvas& canvas, const PageLayout& layout);

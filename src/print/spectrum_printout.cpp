@@ -51,7 +51,8 @@ std::string liveTime(const Spectrum& spectrum) {
     return "Live: " + plainNumber(std::int64_t{spectrum.liveTime}) + "sec";
 }
 
-void drawHeaderTexts(const PrintoutInput& input, double headerEnd, Canvas& canvas) {
+// Returns their lower edge, which lies below the top of the plot where the page header is long.
+double drawHeaderTexts(const PrintoutInput& input, double headerEnd, Canvas& canvas) {
     const Spectrum& spectrum = input.spectrum;
     const std::vector<std::string> lines = {
         dateHeader(spectrum),
@@ -70,6 +71,7 @@ void drawHeaderTexts(const PrintoutInput& input, double headerEnd, Canvas& canva
         printAt(canvas, x, y, line);
         y -= height;
     }
+    return y;
 }
 
 void printCentred(double x, double y, const std::string& text, Canvas& canvas) {
@@ -100,11 +102,12 @@ void drawLogAxis(const ViewState& view, Canvas& canvas) {
     }
 }
 
-// Peaks that run off the top of the scale end there, as at the edge of the main window's plot.
-void drawClippedCurve(const PrintoutInput& input, Canvas& canvas) {
+// Peaks that run off the top of the scale end there, as at the edge of the main window's plot, and
+// never in a text.
+void drawClippedCurve(const PrintoutInput& input, double top, Canvas& canvas) {
     const auto unmarked = std::make_unique<ChannelArray<Colour>>();
     const UserScale page = canvas.scale();
-    canvas.clipTo({page.left, plotTop, page.right, page.bottom});
+    canvas.clipTo({page.left, top, page.right, page.bottom});
     drawCurve({input.spectrum, input.derived, input.view, *unmarked, paperPalette}, canvas);
     canvas.clipTo(page);
 }
@@ -112,7 +115,7 @@ void drawClippedCurve(const PrintoutInput& input, Canvas& canvas) {
 void drawPage(const PrintoutInput& input, double headerEnd, Canvas& canvas) {
     canvas.setScale(pageScale(input.view));
     canvas.setForeColour(ink);
-    drawHeaderTexts(input, headerEnd, canvas);
+    const double textEnd = drawHeaderTexts(input, headerEnd, canvas);
     drawChannelAxis(input.view, canvas);
     printCentred((input.view.viewStartCh + input.view.viewEndCh) / 2.0,
                  channelTitleTop - canvas.textHeight(), "CHANNEL", canvas);
@@ -121,13 +124,12 @@ void drawPage(const PrintoutInput& input, double headerEnd, Canvas& canvas) {
         drawLinearAxis(input.view, canvas);
     else
         drawLogAxis(input.view, canvas);
-    drawClippedCurve(input, canvas);
+    drawClippedCurve(input, std::min(plotTop, textEnd), canvas);
 }
 
 }  // namespace
 
 double printPageHeader(const Spectrum& spectrum, Canvas& canvas, const PageLayout& layout) {
-    canvas.setForeColour(ink);
     PageText page(canvas, layout);
     page.printZones({"Kestrel ", "File Name: " + spectrum.filePath,
                      "Date: " + formatStartDate(spectrum.startDate) + "-" +

@@ -151,6 +151,7 @@ TEST_F(PrintoutTest, ResultsGoOnOverPagesWithoutLosingALine) {
         for (const auto& page : printed.pages) {
             EXPECT_LE(page.back().y + 0.75, a4Page.height / 12) << "inside the page";
             for (const Text& text : page) {
+                EXPECT_EQ(text.colour, 0) << "black on white";
                 if (text.text.starts_with("line"))
                     body.push_back(text.text);
             }
