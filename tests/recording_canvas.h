@@ -34,10 +34,11 @@ class RecordingCanvas : public Canvas {
         lines.clear();
         points.clear();
         texts.clear();
+        clips.clear();
     }
     void setForeColour(Colour colour) override { foreColour_ = colour; }
     Colour foreColour() const override { return foreColour_; }
-    void clipTo(const UserScale& part) override { clip = part; }
+    void clipTo(const UserScale& part) override { clips.push_back(part); }
     void setDrawWidth(int width) override { drawWidth = width; }
     void moveTo(double x, double y) override { x_ = x, y_ = y; }
     void lineTo(double x, double y, Colour colour) override {
@@ -68,7 +69,7 @@ class RecordingCanvas : public Canvas {
     std::vector<Text> texts;
     int drawWidth = 0;
     double lineHeight = 30;
-    UserScale clip;
+    std::vector<UserScale> clips;
 
   private:
     UserScale scale_;

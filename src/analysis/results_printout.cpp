@@ -15,26 +15,27 @@ constexpr std::size_t headingLines = 2;
 
 void printResults(const Spectrum& spectrum, const std::vector<std::string>& lines,
                   const std::string& printoutDate, PrintJob& job) {
-    PageText page(job.canvas(), job.layout());
+    const std::string footer = resultFooter();
+    PageText page(job.canvas(), job.layout(), static_cast<int>(footer.size()));
     const std::vector<std::string> header = resultHeader(spectrum);
-    page.printZones({"Kestrel   PKarea cal", "Printout Date: " + printoutDate});
-    page.print("");
-    for (const std::string& line : header) {
-        for (const std::string& piece : page.broken(line))
+    const auto print = [&](const std::string& line, bool inBody) {
+        for (const std::string& piece : page.broken(line)) {
+            if (!page.hasRoom()) {
+                job.newPage();
+                page.startPage();
+                for (const std::string& heading : std::span(header).last(inBody ? headingLines : 0))
+                    page.print(heading);
+            }
             page.print(piece);
-    }
-    const auto body = [&](const std::string& line) {
-        if (!page.hasRoom()) {
-            job.newPage();
-            page.startPage();
-            for (const std::string& heading : std::span(header).last(headingLines))
-                page.print(heading);
         }
-        page.print(line);
     };
+    page.printZones({"Kestrel   PKarea cal", "Printout Date: " + printoutDate});
+    print("", false);
+    for (const std::string& line : header)
+        print(line, false);
     for (const std::string& line : lines)
-        body(line);
-    body(resultFooter());
+        print(line, true);
+    print(footer, true);
 }
 
 }  // namespace kestrel

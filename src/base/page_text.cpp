@@ -22,24 +22,28 @@ bool continues(char byte) {
 
 }  // namespace
 
-PageText::PageText(Canvas& canvas, const PageLayout& layout) : canvas_(canvas) {
+PageText::PageText(Canvas& canvas, const PageLayout& layout, int widest) : canvas_(canvas) {
     canvas_.setScale({0, 0, layout.width / columnPoints, layout.height / linePoints});
     canvas_.setForeColour(standardPalette[black]);
     lineHeight_ = canvas_.textHeight();
+    const double spare = canvas_.scale().right - widest * canvas_.textWidth("0");
+    left_ = std::clamp(spare, 0.0, firstColumn);
 }
 
 bool PageText::hasRoom() const {
     return y_ + lineHeight_ <= canvas_.scale().bottom;
 }
 
-// The most bytes of `text` that fit, at least one character of it.
+// The most bytes of `text` that fit; at least one, and all where not even that has room.
 std::size_t PageText::fitting(std::string_view text) const {
-    const double room = canvas_.scale().right - firstColumn;
-    if (canvas_.textWidth(text) <= room)
+    const double room = canvas_.scale().right - left_;
+    const double column = canvas_.textWidth("0");
+    if (canvas_.textWidth(text) <= room || text.size() == 1 || !(room >= column && column > 0))
         return text.size();
-    // A column holds two bytes at most.
-    const auto columns = static_cast<std::size_t>(room / canvas_.textWidth("0"));
-    std::size_t end = std::min(text.size() - 1, 2 * columns + 1);
+    // A column holds three bytes at most, those of a half-width katakana.
+    std::size_t end = text.size() - 1;
+    if (3 * room / column < static_cast<double>(end))
+        end = static_cast<std::size_t>(3 * room / column);
     while (end > 1 && (continues(text[end]) || canvas_.textWidth(text.substr(0, end)) > room))
         --end;
     while (end < text.size() && continues(text[end]))
@@ -59,19 +63,19 @@ std::vector<std::string> PageText::broken(std::string_view text) const {
 }
 
 void PageText::print(std::string_view line) {
-    canvas_.moveTo(firstColumn, y_);
+    canvas_.moveTo(left_, y_);
     canvas_.print(line);
     newLine();
 }
 
 void PageText::printZones(const std::vector<std::string>& items) {
     const double zone = zoneCharacters * canvas_.textWidth("0");
-    double x = firstColumn;
+    double x = left_;
     for (const std::string& item : items) {
         const double width = canvas_.textWidth(item);
-        if (x > firstColumn && x + width > canvas_.scale().right) {
+        if (x > left_ && x + width > canvas_.scale().right) {
             newLine();
-            x = firstColumn;
+            x = left_;
         }
         const std::vector<std::string> pieces = broken(item);
         for (const std::string& piece : pieces) {

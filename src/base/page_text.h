@@ -14,7 +14,8 @@ namespace kestrel {
 // corner. Text is black and begins in column 10; how far it goes depends on the font.
 class PageText {
   public:
-    PageText(Canvas& canvas, const PageLayout& layout);
+    // Where lines of `widest` characters would not fit on the page, all begin further left.
+    PageText(Canvas& canvas, const PageLayout& layout, int widest = 0);
 
     // Whether another line has room on the page.
     bool hasRoom() const;
@@ -22,8 +23,9 @@ class PageText {
     // Where the next line begins, as a part of the page's height.
     double used() const { return y_ / canvas_.scale().bottom; }
 
-    // `text` in pieces that fit between column 10 and the right edge: a path too long for the page
-    // is continued. Pieces end after a "/" where there is one, and never inside a UTF-8 character.
+    // `text` in pieces that fit between the left column and the right edge: a path too long for the
+    // page is continued. Pieces end after a "/" where there is one, and never inside a UTF-8
+    // character. On a page with no room for a character nothing is broken.
     std::vector<std::string> broken(std::string_view text) const;
 
     // One line, as it is.
@@ -38,6 +40,7 @@ class PageText {
 
     Canvas& canvas_;
     double lineHeight_;
+    double left_;
     double y_ = 0;
 };
 

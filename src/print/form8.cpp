@@ -52,15 +52,16 @@ void Form8::prn1_Click() {
         printTarget_ = onWindow;
         job_.reset();
     });
-    const PageLayout used = job_->layout();
-    if (drawSheet(used))
-        job_->endDocument();
-    if (used != layout_) {
-        // The preview shows the paper that was chosen.
+    const bool drawn = drawSheet(job_->layout());
+    // The preview shows the paper that was chosen.
+    if (job_->layout() != layout_) {
+        layout_ = job_->layout();
         printTarget_ = onWindow;
-        layout_ = used;
         drawPreview();
+        printTarget_ = onPrinter;
     }
+    if (drawn)
+        job_->endDocument();
 }
 
 Canvas& Form8::surface() {
@@ -103,16 +104,18 @@ QRectF Form8::paperRect() const {
 void Form8::paintEvent(QPaintEvent*) {
     const QRectF paper = paperRect();
     const double pixels = paper.width() / layout_.paperWidth;  // a point
-    const QRectF inside(paper.topLeft() + QPointF(layout_.left, layout_.top) * pixels,
-                        QSizeF(layout_.width, layout_.height) * pixels);
-    const QSize dots = (inside.size() * devicePixelRatioF()).toSize();
-    // Made smaller as a whole: a painter would drop thin lines.
-    if (shown_.size() != dots)
+    const double ratio = devicePixelRatioF();
+    const QSize dots = (QSizeF(layout_.width, layout_.height) * pixels * ratio).toSize();
+    const QPointF corner = (paper.topLeft() + QPointF(layout_.left, layout_.top) * pixels) * ratio;
+    // Made smaller as a whole and then shown dot by dot: a painter would drop thin lines.
+    if (shown_.size() != dots) {
         shown_ = sheet_.scaled(dots, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        shown_.setDevicePixelRatio(ratio);
+    }
     QPainter painter(this);
     painter.fillRect(rect(), palette().color(QPalette::Mid));
     painter.fillRect(paper, Qt::white);
-    painter.drawImage(inside, shown_);
+    painter.drawImage(QPointF(corner.toPoint()) / ratio, shown_);
 }
 
 // Enter prints; Escape closes, as in every window.

@@ -11,6 +11,7 @@
 #include "base/page_text.h"
 #include "base/palette.h"
 #include "base/runtime_fault.h"
+#include "base/text.h"
 #include "print/energy_axis.h"
 #include "spectrum/start_date.h"
 #include "view/axes.h"
@@ -38,11 +39,14 @@ constexpr Palette paperPalette = [] {
 }();
 constexpr Colour ink = paperPalette.back();
 
-UserScale pageScale(const ViewState& view) {
+// The frame of a page whose texts need `textPart` of its height: where that is more than the room
+// above the plot, the frame begins lower on the page.
+UserScale pageScale(const ViewState& view, double textPart) {
     const double first = view.viewStartCh;
     const double width = view.viewWidth;
+    const double topForTexts = (plotTop - pageBottom * textPart) / (1 - textPart);
     return {.left = first - 0.05 * width - 0.2 * width,
-            .top = pageTop,
+            .top = textPart < 1 ? std::max(pageTop, topForTexts) : pageTop,
             .right = double{static_cast<float>(first + width + 0.2 * width)},
             .bottom = pageBottom};
 }
@@ -51,27 +55,34 @@ std::string liveTime(const Spectrum& spectrum) {
     return "Live: " + plainNumber(std::int64_t{spectrum.liveTime}) + "sec";
 }
 
-// Returns their lower edge, which lies below the top of the plot where the page header is long.
-double drawHeaderTexts(const PrintoutInput& input, double headerEnd, Canvas& canvas) {
-    const Spectrum& spectrum = input.spectrum;
-    const std::vector<std::string> lines = {
+std::vector<std::string> headerLines(const Spectrum& spectrum) {
+    return {
         dateHeader(spectrum),
         commentHeader(spectrum),
         liveTime(spectrum),
         "Mca : " + plainNumber(std::int64_t{spectrum.mcaNumber}),
         "Seg : " + plainNumber(std::int64_t{spectrum.segmentNumber}),
     };
-    const int first = input.view.viewStartCh;
-    const std::int16_t x = toInt16(first + (input.view.viewEndCh - first) / 4.0);
+}
+
+// Above the plot, from a quarter of the range on or as far to the left as the longest line needs.
+void drawHeaderTexts(const ViewState& view, const std::vector<std::string>& lines, double headerEnd,
+                     Canvas& canvas) {
+    const UserScale& page = canvas.scale();
+    double widest = 0;
+    for (const std::string& line : lines)
+        widest = std::max(widest, canvas.textWidth(trimBlanks(line)));
+    const int first = view.viewStartCh;
+    const double quarter = toInt16(first + (view.viewEndCh - first) / 4.0);
+    const double x = std::max(std::min(quarter, page.right - widest), page.left);
     const double height = canvas.textHeight();
-    const double belowPageHeader = pageTop - headerEnd * (pageTop - pageBottom);
+    const double belowPageHeader = page.top - headerEnd * (page.top - page.bottom);
     double y =
         std::min(plotTop + gap + static_cast<double>(lines.size()) * height, belowPageHeader);
     for (const std::string& line : lines) {
         printAt(canvas, x, y, line);
         y -= height;
     }
-    return y;
 }
 
 void printCentred(double x, double y, const std::string& text, Canvas& canvas) {
@@ -102,29 +113,33 @@ void drawLogAxis(const ViewState& view, Canvas& canvas) {
     }
 }
 
-// Peaks that run off the top of the scale end there, as at the edge of the main window's plot, and
-// never in a text.
-void drawClippedCurve(const PrintoutInput& input, double top, Canvas& canvas) {
+// What runs off the scale ends at the frame, as at the edges of the main window's plot, and never
+// in a text.
+void drawClippedCurve(const PrintoutInput& input, Canvas& canvas) {
     const auto unmarked = std::make_unique<ChannelArray<Colour>>();
     const UserScale page = canvas.scale();
-    canvas.clipTo({page.left, top, page.right, page.bottom});
+    canvas.clipTo({page.left, plotTop, page.right, axisBase});
     drawCurve({input.spectrum, input.derived, input.view, *unmarked, paperPalette}, canvas);
     canvas.clipTo(page);
 }
 
 void drawPage(const PrintoutInput& input, double headerEnd, Canvas& canvas) {
-    canvas.setScale(pageScale(input.view));
+    const ViewState& view = input.view;
+    const std::vector<std::string> lines = headerLines(input.spectrum);
+    canvas.setScale(pageScale(view, 0));
+    const double line = canvas.textHeight() / (pageTop - pageBottom);
+    canvas.setScale(pageScale(view, headerEnd + static_cast<double>(lines.size()) * line));
     canvas.setForeColour(ink);
-    const double textEnd = drawHeaderTexts(input, headerEnd, canvas);
-    drawChannelAxis(input.view, canvas);
-    printCentred((input.view.viewStartCh + input.view.viewEndCh) / 2.0,
-                 channelTitleTop - canvas.textHeight(), "CHANNEL", canvas);
-    drawCountAxis(input.view, canvas);
-    if (input.view.linLogMode == CountAxis::Linear)
-        drawLinearAxis(input.view, canvas);
+    drawHeaderTexts(view, lines, headerEnd, canvas);
+    drawChannelAxis(view, canvas);
+    printCentred((view.viewStartCh + view.viewEndCh) / 2.0, channelTitleTop - canvas.textHeight(),
+                 "CHANNEL", canvas);
+    drawCountAxis(view, canvas);
+    if (view.linLogMode == CountAxis::Linear)
+        drawLinearAxis(view, canvas);
     else
-        drawLogAxis(input.view, canvas);
-    drawClippedCurve(input, std::min(plotTop, textEnd), canvas);
+        drawLogAxis(view, canvas);
+    drawClippedCurve(input, canvas);
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 namespace kestrel {
 namespace {
 
-constexpr double axisBase = -30.0;    // lower end of the axes and of the channel ticks
 constexpr double tickLength = 0.008;  // of the count axis, as a part of the width
 
 // The label of a tick starts at it, but stays on the canvas: the last tick lies at its right edge.

@@ -9,6 +9,9 @@
 
 namespace kestrel {
 
+// The lower end of the count axis and of the channel ticks.
+inline constexpr double axisBase = -30.0;
+
 // Text with its upper left corner at (x, y).
 void printAt(Canvas& canvas, double x, double y, const std::string& text);
 

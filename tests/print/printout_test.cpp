@@ -61,10 +61,14 @@ TEST_F(PrintoutTest, TheFrameHasItsMarginsAndTheHeaderStandsInOrder) {
         std::vector(texts.begin(), texts.begin() + 5),
         ElementsAre("Date     : 2026/11/16-101530", "Comment  : pool water" + std::string(54, ' '),
                     "Live: 600sec", "Mca : 2", "Seg : 3"));
-    const double last = canvas.texts[4].y;
-    EXPECT_GT(last - canvas.lineHeight, 1200) << "above the plot";
+    EXPECT_GT(canvas.texts[4].y - canvas.lineHeight, 1200) << "above the plot";
+    // A page header of several lines pushes the frame down.
     draw(0.1);
-    EXPECT_DOUBLE_EQ(canvas.texts[0].y, 1400 - 184) << "below a page header of several lines";
+    const UserScale& page = canvas.scale();
+    EXPECT_GT(page.top, 1400);
+    EXPECT_EQ(page.bottom, -440);
+    EXPECT_LE(canvas.texts[0].y, page.top - 0.1 * (page.top - page.bottom));
+    EXPECT_NEAR(canvas.texts[4].y - canvas.lineHeight, 1200, canvas.lineHeight / 2);
 }
 
 TEST_F(PrintoutTest, TheCountAxisIsThatOfTheView) {
@@ -81,7 +85,9 @@ TEST_F(PrintoutTest, TheCountAxisIsThatOfTheView) {
     view.yScaleFactor = 1200.0F / 2048.0F;
     draw();
     EXPECT_TRUE(std::ranges::any_of(canvas.lines, [](auto& line) { return line.y2 > 1400; }));
-    EXPECT_EQ(canvas.clip, canvas.scale()) << "only the curve is cut";
+    const UserScale page = canvas.scale();
+    EXPECT_THAT(canvas.clips, ElementsAre(UserScale{page.left, 1200, page.right, -30}, page))
+        << "only the curve is cut";
 }
 
 TEST_F(PrintoutTest, AFaultWhileDrawingEndsItWithTheMessage) {
@@ -133,6 +139,9 @@ TEST_F(PrintoutTest, APathTooLongForThePageIsContinued) {
     }
     EXPECT_EQ(whole, japanese);
     EXPECT_THAT(page.broken(""), ElementsAre(""));
+    // A label printer: there is no room at all, and the text runs off the paper.
+    const PageText label(narrow, {79, 252, 28, 28, 23, 196});
+    EXPECT_THAT(label.broken(path), ElementsAre(path));
 }
 
 TEST_F(PrintoutTest, ResultsGoOnOverPagesWithoutLosingALine) {

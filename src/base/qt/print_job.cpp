@@ -1,11 +1,11 @@
 #include "base/qt/print_job.h"
 
-#include <cmath>
-
 #include <QBuffer>
 #include <QFile>
 #include <QPdfWriter>
+#include <QPrinterInfo>
 
+#include "base/deferred_canvas.h"
 #include "base/file_replacement.h"
 #include "base/qt/fonts.h"
 #include "base/qt/painter_canvas.h"
@@ -17,43 +17,57 @@ namespace {
 
 constexpr double fontPoints = 9;
 constexpr double linePoints = 0.5;
+// Dots an inch. Finer than the eye, and even a sheet of A0 has fewer dots than a canvas can tell.
+constexpr int highestResolution = 600;
 
-// Attaches a canvas to the pages of a device.
-void attachTo(QPagedPaintDevice& device, int resolution, PainterCanvas& canvas) {
-    const QSize dots = device.pageLayout().paintRectPixels(resolution).size();
+// Gives a canvas the measures of a device's pages; it draws once it is attached to the device.
+void attachTo(QPaintDevice* device, const QPagedPaintDevice& pages, int resolution,
+              PainterCanvas& canvas) {
+    const QSize dots = pages.pageLayout().paintRectPixels(resolution).size();
     const int lineDots = qMax(1, qRound(linePoints / 72.0 * resolution));
-    canvas.attach(&device, dots, resolution / 96.0, lineDots);
-    if (!canvas.begin())
+    canvas.attach(device, dots, resolution / 96.0, lineDots);
+    if (device != nullptr && !canvas.begin())
         throw RuntimeFault(Fault::Printer);
 }
 
+void goToNewPage(QPagedPaintDevice& device, PainterCanvas& canvas) {
+    canvas.flush();
+    if (!device.newPage())
+        throw RuntimeFault(Fault::Printer);
+}
+
+// The printer gets a document only when it is whole: what has been sent to it is printed, whatever
+// happens then.
 class PrinterJob : public PrintJob {
   public:
-    explicit PrinterJob(QPrinter& printer) : printer_(printer), canvas_(printFont()) {
-        attachTo(printer_, printer_.resolution(), canvas_);
+    explicit PrinterJob(QPrinter& printer)
+        : printer_(printer), canvas_(printFont()), document_(canvas_) {
+        requirePrinter();
+        printer_.setResolution(qMin(printer_.resolution(), highestResolution));
+        attachTo(nullptr, printer_, printer_.resolution(), canvas_);
     }
-    ~PrinterJob() override {
-        if (!ended_)
-            printer_.abort();
-    }
-    Canvas& canvas() override { return canvas_; }
+    Canvas& canvas() override { return document_; }
     PageLayout layout() const override { return toPageLayout(printer_.pageLayout()); }
     void newPage() override {
-        canvas_.flush();
-        if (!printer_.newPage())
-            throw RuntimeFault(Fault::Printer);
+        document_.then([this](Canvas&) { goToNewPage(printer_, canvas_); });
     }
     void endDocument() override {
-        ended_ = true;
+        requirePrinter();
+        attachTo(&printer_, printer_, printer_.resolution(), canvas_);
+        document_.replay(canvas_);
         canvas_.finish();
-        if (printer_.printerState() == QPrinter::Error)
-            throw RuntimeFault(Fault::Printer);
     }
 
   private:
+    // Qt tells nothing of a printer that is gone.
+    void requirePrinter() const {
+        if (QPrinterInfo::printerInfo(printer_.printerName()).isNull())
+            throw RuntimeFault(Fault::Printer);
+    }
+
     QPrinter& printer_;
     PainterCanvas canvas_;
-    bool ended_ = false;
+    DeferredCanvas document_;
 };
 
 // The pages are kept in memory until the document ends; then they replace the file.
@@ -63,18 +77,14 @@ class PdfJob : public PrintJob {
         : path_(std::move(path)), writer_(&pages_), canvas_(printFont()) {
         pages_.open(QIODevice::WriteOnly);
         writer_.setPageLayout(layout);
-        writer_.setResolution(pdfResolution);
+        writer_.setResolution(highestResolution);
         writer_.setTitle(title);
         writer_.setCreator(QString::fromLatin1(applicationTitle));
-        attachTo(writer_, pdfResolution, canvas_);
+        attachTo(&writer_, writer_, highestResolution, canvas_);
     }
     Canvas& canvas() override { return canvas_; }
     PageLayout layout() const override { return toPageLayout(writer_.pageLayout()); }
-    void newPage() override {
-        canvas_.flush();
-        if (!writer_.newPage())
-            throw RuntimeFault(Fault::Printer);
-    }
+    void newPage() override { goToNewPage(writer_, canvas_); }
     void endDocument() override {
         canvas_.finish();
         const QByteArray& bytes = pages_.data();
@@ -83,8 +93,6 @@ class PdfJob : public PrintJob {
     }
 
   private:
-    static constexpr int pdfResolution = 600;
-
     QString path_;
     QBuffer pages_;
     QPdfWriter writer_;

@@ -12,7 +12,7 @@
 
 namespace kestrel {
 
-// Dots of a canvas unit (1/96 inch) for each dot of a point (1/72 inch).
+// Points (1/72 inch) in a canvas unit (1/96 inch).
 inline constexpr double pointsPerUnit = 72.0 / 96.0;
 
 // The font of every printout.

@@ -20,9 +20,9 @@ namespace kestrel {
 namespace {
 
 // The object name of the list of filters in Qt's own dialog.
-constexpr double pageMargin = 10;  // of a sheet of paper, in mm, unless the user sets another
-
 constexpr const char* filterList = "fileTypeCombo";
+
+constexpr double pageMargin = 10;  // of a sheet of paper, in mm, unless the user sets another
 
 QMessageBox::Icon toQtIcon(Icon icon) {
     switch (icon) {
@@ -147,9 +147,11 @@ FileChoice QtDialogs::saveFile(const FileDialog& dialog) {
 // Made at the first use: looking for the desktop's printers takes time.
 QPrinter& QtDialogs::printer() {
     if (!printer_) {
+        setPointer(Pointer::Hourglass);
         printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
         printer_->setPageMargins(QMarginsF(pageMargin, pageMargin, pageMargin, pageMargin),
                                  QPageLayout::Millimeter);
+        setPointer(Pointer::Default);
     }
     return *printer_;
 }
@@ -159,13 +161,16 @@ PageLayout QtDialogs::pageLayout() {
 }
 
 std::unique_ptr<PrintJob> QtDialogs::print(const std::string& documentName) {
+    const std::string name = documentName.empty() ? applicationTitle : documentName;
+    // The dialog proposes a file of this name for a PDF.
+    printer().setDocName(toWindow(name));
     if (printer().outputFormat() == QPrinter::PdfFormat)
-        printer().setOutputFileName(QDir::current().filePath(toWindow(documentName + ".pdf")));
+        printer().setOutputFileName(QDir::current().filePath(toWindow(name + ".pdf")));
     QPrintDialog dialog(&printer(), QApplication::activeWindow());
     dialog.setOption(QPrintDialog::PrintPageRange, false);
     if (dialog.exec() != QDialog::Accepted)
         return nullptr;
-    return beginPrintJob(printer(), documentName);
+    return beginPrintJob(printer(), name);
 }
 
 void QtDialogs::setPointer(Pointer pointer) {
