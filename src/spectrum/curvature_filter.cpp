@@ -19,8 +19,9 @@ constexpr int skippedAtEnd = 6;
 }  // namespace
 
 RunningSums::RunningSums(std::span<const std::int32_t> counts) : below_(counts.size() + 1) {
+    std::int64_t sum = 0;
     for (std::size_t k = 0; k < counts.size(); ++k)
-        below_[k + 1] = below_[k] + counts[k];
+        below_[k + 1] = static_cast<double>(sum += counts[k]);
 }
 
 CurvatureFilter::CurvatureFilter(const RunningSums& sums, int width)
@@ -32,22 +33,26 @@ CurvatureFilter::CurvatureFilter(const RunningSums& sums, int width)
 
 double CurvatureFilter::varianceOfSum(int first, int last) const {
     // A channel enters the sum once for each filter position whose group covers it: the weights
-    // folded with a box as long as the stretch.
-    const auto weightOf = [&](int channel) {
-        int sum = 0;
-        for (const auto [offset, weight] : weights) {
-            const int latest = channel - offset * width_ + width_ / 2;
-            const int positions = std::min(last, latest) - std::max(first, latest - width_ + 1) + 1;
-            sum += weight * std::max(positions, 0);
-        }
-        return static_cast<double>(sum);
-    };
+    // folded with a box as long as the stretch. Each of them then rises from the first channel of
+    // its group, stays, and falls again; at each of these places the slope changes.
+    const int length = last - first + 1;
     const int begin = first - 3 * width_ - width_ / 2;
-    const int end = last + 4 * width_ - width_ / 2;
+    const int covered = length + 7 * width_ - 1;
+    std::vector<int> slopeChanges(static_cast<std::size_t>(covered) + 2);
+    for (const auto [offset, weight] : weights) {
+        int* const rise = slopeChanges.data() + (offset + 3) * width_;
+        rise[0] += weight;
+        rise[length] -= weight;
+        rise[width_] -= weight;
+        rise[length + width_] += weight;
+    }
     double variance = 0;
-    for (int channel = begin; channel < end; ++channel) {
-        const double weight = weightOf(channel);
-        variance += weight * weight * sums_.sum(channel, 1);
+    int slope = 0;
+    int weight = 0;
+    for (int i = 0; i < covered; ++i) {
+        slope += slopeChanges[static_cast<std::size_t>(i)];
+        weight += slope;
+        variance += static_cast<double>(weight) * weight * sums_.sum(begin + i, 1);
     }
     return variance;
 }

@@ -36,6 +36,10 @@ struct Marks {
 // The sums of the two neighbours of a channel, and of the two channels three away, are 32-bit
 // numbers. They are formed from the eleventh channel to the seventh from the end.
 void requireSumsFit(std::span<const std::int32_t> counts) {
+    // Two counts of half the range always fit.
+    constexpr std::int32_t half = 0x40000000;
+    if (std::ranges::all_of(counts, [](std::int32_t y) { return y >= -half && y < half; }))
+        return;
     std::int64_t largest = 0;
     std::int64_t smallest = 0;
     for (std::size_t k = 10; k + 6 < counts.size(); ++k) {

@@ -1,8 +1,11 @@
 #include "spectrum/peak_search.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 
 #include "base/integers.h"
@@ -36,14 +39,17 @@ struct BulgeSums {
 BulgeSums sumUp(const CurvatureFilter& filter, int first, int last) {
     BulgeSums sums;
     for (int channel = first; channel <= last; ++channel) {
-        const double depth = -filter.curvature(channel);
+        const double left = -filter.curvatureFrom(-1, channel);
+        const double right = -filter.curvatureFrom(1, channel);
+        const double depth = left + right;
         const double variance = filter.variance(channel);
-        if (variance > 0)
+        // A comparison of squares, with room for rounding, spares most of the roots.
+        if (variance > 0 && depth * depth > 0.999 * sums.strongest * sums.strongest * variance)
             sums.strongest = std::max(sums.strongest, depth / std::sqrt(variance));
         sums.depth += depth;
         sums.moment += depth * (channel - first);
-        sums.left -= filter.curvatureFrom(-1, channel);
-        sums.right -= filter.curvatureFrom(1, channel);
+        sums.left += left;
+        sums.right += right;
     }
     return sums;
 }
@@ -70,23 +76,46 @@ Bulge measureBulge(const CurvatureFilter& filter, int first, int last) {
             dropsOnBothSides(sums)};
 }
 
-// Squares with the sign kept: half of all channels curve downwards by chance, and one comparison
-// that is nearly always false costs a fraction of two that are not.
-bool isCandidate(const CurvatureFilter& filter, int channel) {
+// Below 0 where a channel curves down by more than the threshold: its curvature squared with the
+// sign kept, against the square that chance explains.
+double margin(const CurvatureFilter& filter, int channel) {
     constexpr double square = candidateThreshold * candidateThreshold;
     const double curvature = filter.curvature(channel);
-    const double variance = filter.variance(channel);
+    return square * filter.variance(channel) + curvature * std::fabs(curvature);
+}
+
+bool isCandidate(const CurvatureFilter& filter, int channel) {
     // Counts below 0, as a subtracted background leaves them, may have no variance to compare with.
-    return curvature < 0 && variance >= 0 && curvature * curvature > square * variance;
+    return margin(filter, channel) < 0 && filter.variance(channel) >= 0;
+}
+
+// The first candidate from `channel` on, or the channel behind the last one. Most channels are none
+// and are passed by the block: the compiler turns a loop of constant length that stores what it
+// computes into vector instructions.
+int nextCandidate(const CurvatureFilter& filter, int channel) {
+    std::array<double, 8> margins;
+    constexpr int block = margins.size();
+    const auto noneInBlock = [&] {
+        for (int i = 0; i < block; ++i)
+            margins[static_cast<std::size_t>(i)] = margin(filter, channel + i);
+        std::int64_t signs = 0;  // negative when one of the margins is
+        for (const double m : margins)
+            signs |= std::bit_cast<std::int64_t>(m);
+        return signs >= 0;
+    };
+    while (channel + block <= filter.last() && noneInBlock())
+        channel += block;
+    while (channel <= filter.last() && !isCandidate(filter, channel))
+        ++channel;
+    return channel;
 }
 
 // A bulge is a stretch of channels that all curve downwards, one of them at least as a candidate.
 std::vector<Bulge> significantBulges(const CurvatureFilter& filter) {
     std::vector<Bulge> bulges;
     const auto curvesDown = [&](int channel) { return filter.curvature(channel) < 0; };
-    for (int channel = filter.first(); channel <= filter.last(); ++channel) {
-        if (!isCandidate(filter, channel))
-            continue;
+    for (int channel = nextCandidate(filter, filter.first()); channel <= filter.last();
+         channel = nextCandidate(filter, channel + 1)) {
         int first = channel;
         while (first > filter.first() && curvesDown(first - 1))
             --first;
