@@ -1,4 +1,4 @@
-// Reading text files of 16384 channels, with the splitting of the same bytes into lines beside it.
+// Opening text files of 16384 channels, with the splitting of the same bytes into lines beside it.
 
 #include <benchmark/benchmark.h>
 
@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/file_replacement.h"
 #include "base/input_file.h"
@@ -16,6 +17,7 @@
 #include "spectrum/canberra35_reader.h"
 #include "spectrum/chn_reader.h"
 #include "spectrum/dos_oxford_reader.h"
+#include "spectrum/open_spectrum.h"
 #include "spectrum/win_oxford_reader.h"
 
 namespace {
@@ -25,11 +27,13 @@ using kestrel::Spectrum;
 struct Form {
     std::string (*write)(const Spectrum&);
     bool (*read)(Spectrum&, kestrel::Dialogs&);
+    int filterIndex;
+    const char* extension;
 };
 constexpr std::array<Form, 3> forms = {{
-    {kestrel::samples::winOxfordFile, kestrel::readWinOxfordFile},
-    {kestrel::samples::dosOxfordFile, kestrel::readDosOxfordFile},
-    {kestrel::samples::canberra35File, kestrel::readCanberra35File},
+    {kestrel::samples::winOxfordFile, kestrel::readWinOxfordFile, 2, ".asc"},
+    {kestrel::samples::dosOxfordFile, kestrel::readDosOxfordFile, 3, ".asc"},
+    {kestrel::samples::canberra35File, kestrel::readCanberra35File, 6, ".txt"},
 }};
 
 // A spectrum whose path names a text file of the form, made from the sample of 16384 channels.
@@ -39,7 +43,8 @@ std::unique_ptr<Spectrum> textFile(std::size_t form) {
     spectrum->filePath = KESTREL_SAMPLES "/eu152-co60-cs137-16384.chn";
     kestrel::readChnFile(*spectrum, dialogs);
     const std::string text = forms[form].write(*spectrum);
-    spectrum->filePath = (std::filesystem::temp_directory_path() / "kestrel-text-bench").string();
+    spectrum->filePath = (std::filesystem::temp_directory_path() / "kestrel-text-bench").string() +
+                         forms[form].extension;
     kestrel::replaceFile(spectrum->filePath, text);
     return spectrum;
 }
@@ -67,5 +72,21 @@ void readText(benchmark::State& state) {
     std::filesystem::remove(spectrum->filePath);
 }
 BENCHMARK(readText)->DenseRange(0, forms.size() - 1);
+
+// The reader and all that is derived from what it reads.
+void openText(benchmark::State& state) {
+    const auto form = static_cast<std::size_t>(state.range(0));
+    kestrel::test::SilentDialogs dialogs;
+    const auto spectrum = textFile(form);
+    const auto derived = std::make_unique<kestrel::DerivedArrays>();
+    std::vector<std::string> headerLines;
+    for (auto _ : state) {
+        if (!kestrel::readSpectrumByFormat(forms[form].filterIndex,
+                                           {*spectrum, *derived, headerLines}, dialogs))
+            std::abort();
+    }
+    std::filesystem::remove(spectrum->filePath);
+}
+BENCHMARK(openText)->DenseRange(0, forms.size() - 1);
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <optional>
 #include <system_error>
 
+#include "base/integers.h"
 #include "base/runtime_fault.h"
 #include "base/text.h"
 
@@ -177,7 +178,7 @@ bool isHuge(const WrittenNumber& number) {
 
 // Digits that a double holds exactly, and that nothing follows which could belong to the number:
 // what tables of counts are full of.
-std::optional<double> shortWholeNumber(std::string_view text) {
+std::optional<std::int64_t> shortWholeNumber(std::string_view text) {
     constexpr std::size_t mostDigits = 15;
     std::int64_t value = 0;
     std::size_t at = 0;
@@ -188,7 +189,7 @@ std::optional<double> shortWholeNumber(std::string_view text) {
     }
     if (at < text.size() && (text[at] == '.' || text[at] == 'E' || text[at] == 'e'))
         return std::nullopt;
-    return static_cast<double>(value);
+    return value;
 }
 
 bool allZeros(std::string_view digits) {
@@ -243,8 +244,8 @@ double parseLeadingNumber(std::string_view text) {
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+'))
         text.remove_prefix(1);
-    if (const std::optional<double> value = shortWholeNumber(text))
-        return negative && *value != 0 ? -*value : *value;
+    if (const std::optional<std::int64_t> value = shortWholeNumber(text))
+        return static_cast<double>(negative ? -*value : *value);
     const WrittenNumber number = splitNumber(text);
     if (allZeros(number.whole) && allZeros(number.decimals))
         return 0;
@@ -256,6 +257,22 @@ double parseLeadingNumber(std::string_view text) {
         return 0;
     }
     return negative ? -value : value;
+}
+
+std::int32_t parseLeadingInteger(std::string_view text) {
+    constexpr std::size_t mostCharacters = 18;
+    if (text.size() > mostCharacters)
+        return toInt32(parseLeadingNumber(text));
+    std::size_t at = 0;
+    while (at < text.size() && text[at] == ' ')
+        ++at;
+    std::int64_t value = 0;
+    for (; at < text.size(); ++at) {
+        if (!isDigit(text[at]))
+            return toInt32(parseLeadingNumber(text));
+        value = value * 10 + (text[at] - '0');
+    }
+    return narrow32(value);
 }
 
 }  // namespace kestrel

@@ -8,6 +8,7 @@
 
 #include "base/input_file.h"
 #include "base/integers.h"
+#include "base/number_text.h"
 #include "base/text.h"
 #include "spectrum/labelled_lines.h"
 #include "spectrum/text_spectrum.h"
@@ -45,7 +46,8 @@ constexpr std::array<LabelledValue, 5> header = {{
 void readCountLine(std::string_view line, std::int32_t firstChannel, Spectrum& spectrum) {
     std::size_t column = firstCountColumn;
     for (int i = 0; i < countsPerLine; ++i, column += countPitch)
-        spectrum.counts[firstChannel + i] = toInt32(numberIn(line, column, countWidth));
+        spectrum.counts[firstChannel + i] =
+            parseLeadingInteger(fromCharacter(line, column).substr(0, countWidth));
 }
 
 // The first line of the table stands right below its heading; the others are those with a channel

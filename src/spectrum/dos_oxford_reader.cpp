@@ -140,7 +140,7 @@ bool readCounts(LineReader& lines, Spectrum& spectrum) {
         if (channel != channels + (fromOne ? 1 : 0))
             return false;
         const auto numberEnd = std::ranges::find_if_not(text, isDigit);
-        spectrum.counts[channels] = toInt32(parseLeadingNumber({numberEnd, text.end()}));
+        spectrum.counts[channels] = parseLeadingInteger({numberEnd, text.end()});
         ++channels;
     }
     spectrum.channelCount = narrow16(channels);

@@ -72,7 +72,7 @@ std::int32_t readFields(InputFile& file, std::uint64_t offset, Spectrum& spectru
         const std::string_view field = text.substr(at, fieldWidth);
         if (field.find("\r\n") != std::string_view::npos)
             break;
-        spectrum.counts[fields] = toInt32(parseLeadingNumber(field));
+        spectrum.counts[fields] = parseLeadingInteger(field);
         ++fields;
     }
     return fields;

@@ -65,7 +65,7 @@ void readCounts(LineReader& lines, Spectrum& spectrum) {
     for (int i = 0; i < linesBeforeTable; ++i)
         lines.require();
     for (std::int32_t channel = 0; channel < spectrum.channelCount; ++channel)
-        spectrum.counts[channel] = toInt32(numberFrom(lines.require(), countColumn));
+        spectrum.counts[channel] = parseLeadingInteger(fromCharacter(lines.require(), countColumn));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "base/integers.h"
 #include "fault_matcher.h"
 
 namespace kestrel {
@@ -161,6 +162,14 @@ TEST(LeadingNumbers, OverflowWhenTooLargeAndAreZeroWhenTooSmall) {
     EXPECT_EQ(parseLeadingNumber("5e-324"), 5e-324);
     EXPECT_EQ(parseLeadingNumber("1" + std::string(400, '0') + "e-400"), 1);
     EXPECT_EQ(parseLeadingNumber("0." + std::string(400, '0') + "1e-9"), 0);
+}
+
+TEST(LeadingNumbers, AsIntegersAreRoundedAndCheckedLikeAnyOther) {
+    for (const char* text : {"", "       ", "   1234", "1234   ", "12 34", "-17", "  +8", "12.5",
+                             "13.5", "2e3", "12x", "000000000000000000000012", "2147483647"})
+        EXPECT_EQ(parseLeadingInteger(text), toInt32(parseLeadingNumber(text))) << text;
+    for (const char* text : {"2147483648", "  99999999999", "9999999999999999999", "1e10"})
+        EXPECT_FAULT(parseLeadingInteger(text), Fault::Overflow) << text;
 }
 
 TEST(LeadingNumbers, OfAMillionDigitsAreReadAtOnce) {
