@@ -41,6 +41,60 @@ class FileActions {
     posix_spawn_file_actions_t actions_{};
 };
 
+class Handle {
+  public:
+    explicit Handle(int handle) : handle_(handle) {}
+    ~Handle() { close(); }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+
+    int get() const { return handle_; }
+    void close() {
+        if (handle_ >= 0)
+            ::close(handle_);
+        handle_ = -1;
+    }
+
+  private:
+    int handle_;
+};
+
+// Killed and waited for when it goes out of scope before its end.
+class Child {
+  public:
+    explicit Child(pid_t id) : id_(id) {}
+    ~Child() {
+        if (!runs())
+            return;
+        ::kill(id_, SIGKILL);
+        while (::waitpid(id_, nullptr, 0) < 0 && errno == EINTR) {
+        }
+    }
+    Child(const Child&) = delete;
+    Child& operator=(const Child&) = delete;
+
+    bool runs() const { return id_ > 0; }
+
+    // True once it has ended, which a closed output does not yet mean; false at the deadline.
+    bool waitForEnd(int& status, Clock::time_point deadline) {
+        while (true) {
+            const pid_t answer = ::waitpid(id_, &status, WNOHANG);
+            if (answer == id_) {
+                id_ = none;
+                return true;
+            }
+            if ((answer < 0 && errno != EINTR) || Clock::now() >= deadline)
+                return false;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+
+    static constexpr pid_t none = -1;
+
+  private:
+    pid_t id_;
+};
+
 // Where the program that started this one ignored the ends of children, they could not be waited
 // for.
 void waitForChildren() {
@@ -65,7 +119,7 @@ pid_t start(const std::vector<std::string>& command, int output) {
     pid_t child = 0;
     const int error =
         posix_spawn(&child, arguments[0], actions.get(), nullptr, arguments.data(), environ);
-    return error == 0 ? child : -1;
+    return error == 0 ? child : Child::none;
 }
 
 // False at the deadline.
@@ -101,30 +155,14 @@ End collect(int handle, const ChildLimits& limits, Clock::time_point deadline,
     return End::TookTooLong;
 }
 
-// True once the child has ended, which a closed output does not yet mean.
-bool ended(pid_t child, int& status, Clock::time_point deadline) {
-    while (true) {
-        const pid_t answer = ::waitpid(child, &status, WNOHANG);
-        if (answer == child)
-            return true;
-        if ((answer < 0 && errno != EINTR) || Clock::now() >= deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-}
-
-void finish(pid_t child, Clock::time_point deadline, ChildResult& result) {
+void finish(Child& child, Clock::time_point deadline, ChildResult& result) {
     int status = 0;
-    if (result.end == End::Exited && ended(child, status, deadline)) {
-        result.end = WIFEXITED(status) ? End::Exited : End::Crashed;
-        result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 0;
+    if (!child.waitForEnd(status, deadline)) {
+        result.end = End::TookTooLong;
         return;
     }
-    if (result.end == End::Exited)
-        result.end = End::TookTooLong;
-    ::kill(child, SIGKILL);
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
+    result.end = WIFEXITED(status) ? End::Exited : End::Crashed;
+    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 0;
 }
 
 }  // namespace
@@ -135,14 +173,16 @@ ChildResult runChild(const std::vector<std::string>& command, const ChildLimits&
     std::array<int, 2> pipe{};
     if (::pipe2(pipe.data(), O_CLOEXEC) != 0)
         return result;
+    const Handle input(pipe[0]);
+    Handle output(pipe[1]);
     const Clock::time_point deadline = Clock::now() + limits.time;
-    const pid_t child = start(command, pipe[1]);
-    ::close(pipe[1]);
-    if (child > 0) {
-        result.end = collect(pipe[0], limits, deadline, result.output);
+    Child child(start(command, output.get()));
+    output.close();
+    if (!child.runs())
+        return result;
+    result.end = collect(input.get(), limits, deadline, result.output);
+    if (result.end == End::Exited)
         finish(child, deadline, result);
-    }
-    ::close(pipe[0]);
     return result;
 }
 

@@ -14,6 +14,7 @@ namespace kestrel {
 namespace {
 
 constexpr std::size_t recordSize = 48;
+constexpr std::int64_t mostRecords = 10'000'000;  // all known lines are some 100,000
 constexpr std::int64_t coarseStep = 100;
 constexpr std::int64_t recordsBefore = 50;
 constexpr std::int64_t recordsShown = 100;
@@ -37,7 +38,11 @@ constexpr std::array<Unit, 7> units = {{{"US", 1e-6F},
 class Records {
   public:
     explicit Records(const std::string& path)
-        : file_(path), count_(static_cast<std::int64_t>(file_.size() / recordSize)) {}
+        : file_(path), count_(static_cast<std::int64_t>(file_.size() / recordSize)) {
+        // The search, a hundredth of the records, would take minutes.
+        if (count_ > mostRecords)
+            throw RuntimeFault(Fault::PathAccess, path);
+    }
 
     std::int64_t count() const { return count_; }
     ByteReader at(std::int64_t number) {

@@ -12,7 +12,8 @@ namespace kestrel {
 std::string energyListFilePath(const std::string& marigoldDir);
 
 // The 100 records around an energy in keV, the first of them at most 50 records before it. Few
-// records are read, however long the file is. Faults: those of InputFile.
+// records are read, however long the file is. Faults: those of InputFile; PathAccess also for a
+// file of more than ten million records.
 EnergyList listFromFile(const std::string& path, double energy);
 
 }  // namespace kestrel

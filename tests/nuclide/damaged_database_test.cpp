@@ -2,9 +2,14 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <functional>
+#include <new>
 
 #include "base/child_process.h"
 #include "nuclide_fixture.h"
@@ -152,6 +157,27 @@ TEST(ChildProcess, IsEndedWhateverItDoes) {
     EXPECT_EQ(runChild({"/bin/sh", "-c", "echo text"}, limits).output, "text\n");
     EXPECT_EQ(runChild({"/nonexistent"}, limits).end, End::NotStarted);
 }
+
+#if !defined(KESTREL_SANITIZED)
+// In a process of its own. Tells by its exit code what is left of the child and of the pipe.
+[[noreturn]] void readOutputBeyondMemory() {
+    const int before = ::dup(STDIN_FILENO);
+    ::close(before);
+    const rlimit space{rlim_t{256} << 20, RLIM_INFINITY};
+    ::setrlimit(RLIMIT_AS, &space);
+    try {
+        runChild({"/bin/sh", "-c", "yes"}, {std::chrono::seconds(60), std::size_t{1} << 40});
+    } catch (const std::bad_alloc&) {
+        const bool childGone = ::waitpid(-1, nullptr, WNOHANG) < 0;
+        std::exit((childGone ? 1 : 0) + (::dup(STDIN_FILENO) == before ? 2 : 0));
+    }
+    std::exit(0);
+}
+
+TEST(ChildProcess, LeavesNothingBehindWhenMemoryRunsOut) {
+    EXPECT_EXIT(readOutputBeyondMemory(), testing::ExitedWithCode(3), "");
+}
+#endif
 
 }  // namespace
 }  // namespace kestrel

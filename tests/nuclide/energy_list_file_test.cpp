@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "fault_matcher.h"
 #include "nuclide_fixture.h"
 
@@ -57,6 +59,16 @@ TEST_F(EnergyListFile, ListsTheHundredRecordsAroundTheEnergy) {
         EXPECT_LE(list.current, static_cast<int>(c.rows));
     }
     EXPECT_FAULT(listFromFile(folder.file("gone"), 100), Fault::FileNotFound);
+}
+
+TEST_F(EnergyListFile, RefusesAFileTooLongToSearch) {
+    const std::string path = write(1);
+    std::filesystem::resize_file(path, 480'000'047);  // sparse, and a part of a record
+    EXPECT_EQ(listFromFile(path, 5).rows.size(), 100U);
+    for (const std::uintmax_t size : {std::uintmax_t{480'000'048}, std::uintmax_t{1} << 40}) {
+        std::filesystem::resize_file(path, size);
+        EXPECT_FAULT(listFromFile(path, 50), Fault::PathAccess) << size;
+    }
 }
 
 TEST_F(EnergyListFile, ShowsARecordInTheColumns) {

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <new>
 #include <string>
 
 #include "nuclide/jet/jet_import.h"
@@ -44,6 +45,9 @@ int main(int argc, char** argv) {
         return 2;
     try {
         return write(kestrel::jet::importJetFile(argv[1])) ? 0 : 2;
+    } catch (const std::bad_alloc&) {
+        write("there is not enough memory to read this file");
+        return 1;
     } catch (const std::exception& error) {
         write(error.what());
         return 1;
