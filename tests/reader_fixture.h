@@ -18,24 +18,22 @@ namespace kestrel::test {
 class ReaderTest : public testing::Test {
   protected:
     using Reader = bool (*)(Spectrum&, Dialogs&);
-    explicit ReaderTest(Reader reader) : reader_(reader) {}
+    explicit ReaderTest(Reader theReader) : reader(theReader) {}
 
     bool read(std::string_view bytes) {
         spectrum.filePath = folder.write("file", bytes);
-        return reader_(spectrum, dialogs);
+        return reader(spectrum, dialogs);
     }
     bool readMissing() {
         spectrum.filePath = folder.file("gone");
-        return reader_(spectrum, dialogs);
+        return reader(spectrum, dialogs);
     }
 
+    Reader reader;
     TempFolder folder;
     ScriptedDialogs dialogs;
     std::unique_ptr<Spectrum> owned = std::make_unique<Spectrum>();
     Spectrum& spectrum = *owned;
-
-  private:
-    Reader reader_;
 };
 
 // The text with its first `from` replaced; `from` must occur.

@@ -10,7 +10,6 @@
 #include "base/integers.h"
 #include "base/number_text.h"
 #include "base/text.h"
-#include "spectrum/labelled_lines.h"
 #include "spectrum/text_spectrum.h"
 
 namespace kestrel {
@@ -64,24 +63,19 @@ void readCounts(LineReader& lines, Spectrum& spectrum) {
     spectrum.channelCount = narrow16(channels);
 }
 
-}  // namespace
-
-bool readCanberra35File(Spectrum& spectrum, Dialogs& dialogs) {
-    if (!spectrumFileExists(spectrum, dialogs))
-        return false;
-    dialogs.setPointer(Pointer::Hourglass);
-    presetTextSpectrum(spectrum, canberra35Mca);
-    InputFile file(spectrum.filePath);
-    LineReader lines(file);
-    if (!takeLabelledValues(lines, header, spectrum))
-        return false;
+bool readRest(LineReader& lines, Spectrum& spectrum) {
     useTrailerCalibration(spectrum);
     spectrum.comment.assign(spectrum.chnTrailer.sample.view());
     if (!passLine(lines, tableHeading))
         return false;
     readCounts(lines, spectrum);
-    dialogs.setPointer(Pointer::Default);
     return true;
+}
+
+}  // namespace
+
+bool readCanberra35File(Spectrum& spectrum, Dialogs& dialogs) {
+    return readTextFormat({canberra35Mca, header, readRest}, spectrum, dialogs);
 }
 
 }  // namespace kestrel

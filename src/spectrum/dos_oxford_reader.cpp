@@ -14,7 +14,6 @@
 #include "base/integers.h"
 #include "base/number_text.h"
 #include "base/text.h"
-#include "spectrum/labelled_lines.h"
 #include "spectrum/text_spectrum.h"
 
 namespace kestrel {
@@ -147,24 +146,17 @@ bool readCounts(LineReader& lines, Spectrum& spectrum) {
     return channels > 0;
 }
 
-}  // namespace
-
-bool readDosOxfordFile(Spectrum& spectrum, Dialogs& dialogs) {
-    if (!spectrumFileExists(spectrum, dialogs))
-        return false;
-    dialogs.setPointer(Pointer::Hourglass);
-    presetTextSpectrum(spectrum, dosOxfordMca);
-    InputFile file(spectrum.filePath);
-    LineReader lines(file);
-    if (!takeLabelledValues(lines, header, spectrum))
-        return false;
+bool readRest(LineReader& lines, Spectrum& spectrum) {
     readStart(lines, spectrum);
     setDescription(spectrum, "");
     spectrum.calCurrent = spectrum.calDefault;
-    if (!passLine(lines, tableHeading) || !readCounts(lines, spectrum))
-        return false;
-    dialogs.setPointer(Pointer::Default);
-    return true;
+    return passLine(lines, tableHeading) && readCounts(lines, spectrum);
+}
+
+}  // namespace
+
+bool readDosOxfordFile(Spectrum& spectrum, Dialogs& dialogs) {
+    return readTextFormat({dosOxfordMca, header, readRest}, spectrum, dialogs);
 }
 
 }  // namespace kestrel

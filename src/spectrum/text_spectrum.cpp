@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "base/input_file.h"
 #include "base/integers.h"
 #include "base/number_text.h"
 #include "base/text.h"
@@ -32,6 +31,19 @@ void presetTextSpectrum(Spectrum& spectrum, std::int16_t mcaNumber) {
     spectrum.chnTrailer.calA = 0;
     spectrum.chnTrailer.calB = 1;
     spectrum.chnTrailer.calC = 0;
+}
+
+bool readTextFormat(const TextFormat& format, Spectrum& spectrum, Dialogs& dialogs) {
+    if (!spectrumFileExists(spectrum, dialogs))
+        return false;
+    dialogs.setPointer(Pointer::Hourglass);
+    presetTextSpectrum(spectrum, format.mcaNumber);
+    InputFile file(spectrum.filePath);
+    LineReader lines(file);
+    if (!takeLabelledValues(lines, format.header, spectrum) || !format.readRest(lines, spectrum))
+        return false;
+    dialogs.setPointer(Pointer::Default);
+    return true;
 }
 
 std::int32_t ticksFromSeconds(double seconds) {

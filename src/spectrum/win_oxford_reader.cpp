@@ -12,7 +12,6 @@
 #include "base/integers.h"
 #include "base/number_text.h"
 #include "base/text.h"
-#include "spectrum/labelled_lines.h"
 #include "spectrum/text_spectrum.h"
 
 namespace kestrel {
@@ -68,24 +67,19 @@ void readCounts(LineReader& lines, Spectrum& spectrum) {
         spectrum.counts[channel] = parseLeadingInteger(fromCharacter(lines.require(), countColumn));
 }
 
-}  // namespace
-
-bool readWinOxfordFile(Spectrum& spectrum, Dialogs& dialogs) {
-    if (!spectrumFileExists(spectrum, dialogs))
-        return false;
-    dialogs.setPointer(Pointer::Hourglass);
-    presetTextSpectrum(spectrum, winOxfordMca);
-    InputFile file(spectrum.filePath);
-    LineReader lines(file);
-    if (!takeLabelledValues(lines, header, spectrum))
-        return false;
+bool readRest(LineReader& lines, Spectrum& spectrum) {
     useTrailerCalibration(spectrum);
     spectrum.comment.assign(spectrum.chnTrailer.sample.view());
     if (spectrum.channelCount == 0)
         return false;
     readCounts(lines, spectrum);
-    dialogs.setPointer(Pointer::Default);
     return true;
+}
+
+}  // namespace
+
+bool readWinOxfordFile(Spectrum& spectrum, Dialogs& dialogs) {
+    return readTextFormat({winOxfordMca, header, readRest}, spectrum, dialogs);
 }
 
 }  // namespace kestrel
