@@ -40,7 +40,7 @@ double CurvatureFilter::varianceOfSum(int first, int last) const {
     const int covered = length + 7 * width_ - 1;
     std::vector<int> slopeChanges(static_cast<std::size_t>(covered) + 2);
     for (const auto [offset, weight] : weights) {
-        int* const rise = slopeChanges.data() + (offset + 3) * width_;
+        int* const rise = slopeChanges.data() + std::ptrdiff_t{offset + 3} * width_;
         rise[0] += weight;
         rise[length] -= weight;
         rise[width_] -= weight;

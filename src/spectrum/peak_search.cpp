@@ -93,7 +93,7 @@ bool isCandidate(const CurvatureFilter& filter, int channel) {
 // and are passed by the block: the compiler turns a loop of constant length that stores what it
 // computes into vector instructions.
 int nextCandidate(const CurvatureFilter& filter, int channel) {
-    std::array<double, 8> margins;
+    std::array<double, 8> margins{};
     constexpr int block = margins.size();
     const auto noneInBlock = [&] {
         for (int i = 0; i < block; ++i)

@@ -164,8 +164,9 @@ TEST_F(TextReaders, ReadDatesAsFarAsTheyMakeSense) {
 TEST_F(TextReaders, KeepWhatTheyReadBeforeAMissingLabel) {
     struct Case {
         const Form& form;
-        const char* label;
-        bool liveTime, comment;  // taken before it
+        const char* label = "";
+        bool liveTime = false;  // taken before it
+        bool comment = false;
         int channels = 0;
     };
     for (const Case& c :
