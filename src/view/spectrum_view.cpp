@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "base/integers.h"
 #include "view/status_text.h"
@@ -13,6 +14,10 @@ namespace {
 constexpr int scrollMargin = 10;
 constexpr int longStep = 32;
 constexpr int anyShift = -1;
+// In widths of the view: how far a pointer that rests may move, and how far from it showAt can
+// leave what it stands at, with the rounding to whole channels of the narrowest view.
+constexpr double tremble = 0.01;
+constexpr double snapping = 0.15;
 
 }  // namespace
 
@@ -31,8 +36,7 @@ void SpectrumView::showNewSpectrum() {
     state_.viewStartCh = 0;
     state_.viewEndCh = input_.spectrum.channelCount;
     followShownRange(state_);
-    canvas_.setScale(plotScale(state_));
-    redraw();
+    drawView();
 }
 
 void SpectrumView::layout() {
@@ -51,6 +55,10 @@ void SpectrumView::redraw() {
 
 void SpectrumView::recentre() {
     centreViewOnCursor(state_, input_.spectrum.channelCount);
+    drawView();
+}
+
+void SpectrumView::drawView() {
     canvas_.setScale(plotScale(state_));
     redraw();
 }
@@ -227,6 +235,26 @@ void SpectrumView::jumpTo(int channel) {
 void SpectrumView::mouseDown(double x) {
     state_.cursorCh = toInt16(x);
     drawCursor();
+}
+
+void SpectrumView::turnWheel(int notches, double x) {
+    const double place = std::clamp(placeInView(state_, x), 0.0, 1.0);
+    const bool rests =
+        std::fabs(place - wheelTarget_.place) < tremble &&
+        std::fabs(placeInView(state_, wheelTarget_.x) - wheelTarget_.place) < snapping;
+    if (!rests)
+        wheelTarget_ = {state_.viewStartCh + place * state_.viewWidth, place};
+    const std::int16_t widthBefore = state_.viewWidth;
+    const std::int16_t channelCount = input_.spectrum.channelCount;
+    for (int i = 0; i < notches && halveWidth(state_); ++i) {
+    }
+    for (int i = 0; i > notches && doubleWidth(state_, channelCount); --i) {
+    }
+    if (state_.viewWidth == widthBefore)
+        return;
+    showAt(state_, wheelTarget_.x, wheelTarget_.place, channelCount);
+    drawView();
+    window_.focusPlot();
 }
 
 void SpectrumView::drawCursor() {

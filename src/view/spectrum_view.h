@@ -108,6 +108,11 @@ class SpectrumView {
     void keyDown(int keyCode, int shift);
     // A press of any button at a place in the user scale. Faults: Overflow.
     void mouseDown(double x);
+    // Notches of the wheel with the pointer at x in the user scale, away from the user above 0:
+    // expands or shrinks once for each. What is under the pointer stays there as nearly as showAt
+    // lets it; the cursor keeps its channel, also where that is no longer shown.
+    // Faults: those of doubleWidth and showAt.
+    void turnWheel(int notches, double x);
 
   private:
     struct KeyBinding;
@@ -125,6 +130,8 @@ class SpectrumView {
     void nextPeak();
     bool isPeak(int channel) const;
 
+    // The scale of the shown range, and the whole picture anew.
+    void drawView();
     void drawCursor();
 
     PlotInput input_;
@@ -133,6 +140,13 @@ class SpectrumView {
     Dialogs& dialogs_;
     ViewWindow& window_;
     std::int16_t drawnCursor_ = 0;
+    // What the wheel is turned at. Kept while the pointer rests, since what each notch leaves
+    // between it and the pointer would add up, and grow with the expansion.
+    struct Target {
+        double x = 0;
+        double place = 0;
+    };
+    Target wheelTarget_;
 };
 
 }  // namespace kestrel

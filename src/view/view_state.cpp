@@ -17,8 +17,16 @@ void setFullScale(ViewState& view, std::int16_t exponent) {
 }  // namespace
 
 void centreViewOnCursor(ViewState& view, std::int16_t channelCount) {
+    showAt(view, view.cursorCh, 0.5, channelCount);
+}
+
+double placeInView(const ViewState& view, double x) {
+    return divide(x - view.viewStartCh, view.viewWidth);
+}
+
+void showAt(ViewState& view, double x, double place, std::int16_t channelCount) {
     const std::int16_t lastChannel = narrow16(channelCount - 1);
-    view.viewStartCh = toInt16(view.cursorCh - view.viewWidth / 2.0);
+    view.viewStartCh = toInt16(x - place * view.viewWidth);
     if (view.viewStartCh < 0)
         view.viewStartCh = 0;
     const double quarter = view.viewWidth / 4.0;

@@ -30,6 +30,13 @@ inline constexpr double plotBottom = -140.0;
 // spectrum. Faults: Overflow, DivisionByZero.
 void centreViewOnCursor(ViewState& view, std::int16_t channelCount);
 
+// Where x, in channels, stands in the shown range: 0 is the start, 1 a width on.
+// Faults: DivisionByZero.
+double placeInView(const ViewState& view, double x);
+// The range in which x stands at that place, as nearly as the snapping of centreViewOnCursor lets
+// it, which is by an eighth of the width. Faults: Overflow, DivisionByZero.
+void showAt(ViewState& view, double x, double place, std::int16_t channelCount);
+
 // The user scale of the plot: one unit a channel, a margin of a sixteenth of the width at the left.
 // The right edge is start plus width, not the last channel shown: after clamping the two differ by
 // one channel, on purpose.

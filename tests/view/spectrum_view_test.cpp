@@ -242,5 +242,47 @@ TEST_F(View, MarksTheCursorAndTheChannelThatItComesFrom) {
     EXPECT_FALSE(window.mark.previous.shown);  // strictly inside only
 }
 
+// Snapping moves what is under a resting pointer by up to an eighth of the width at each notch.
+TEST_F(View, ExpandsAndShrinksByTheWheelAroundWhatIsUnderThePointer) {
+    for (const double place : {0.1, 0.43, 0.77}) {
+        state = {.cursorCh = 50, .viewStartCh = 0, .viewEndCh = 4096, .viewWidth = 4096};
+        const double target = place * 4096;
+        const auto pointer = [&] { return state.viewStartCh + place * state.viewWidth; };
+        for (const int width : {2048, 1024, 512, 256, 128, 64, 64}) {
+            view.turnWheel(1, pointer());
+            EXPECT_EQ(state.viewWidth, width);
+            EXPECT_NEAR(placeInView(state, target), place, 0.15) << width;
+            EXPECT_EQ(canvas.scale(), plotScale(state));
+        }
+        view.turnWheel(-3, pointer());
+        EXPECT_EQ(state.viewWidth, 512);
+        EXPECT_NEAR(placeInView(state, target), place, 0.15);
+        view.turnWheel(-20, pointer());
+        EXPECT_EQ(state.viewWidth, 4096);
+        EXPECT_EQ(state.cursorCh, 50);
+    }
+}
+
+TEST_F(View, TakesAnotherTargetForTheWheelOnceThePointerOrTheViewHasMoved) {
+    state = {.viewStartCh = 0, .viewEndCh = 4096, .viewWidth = 4096};
+    view.turnWheel(2, 1024);  // now 768 to 1792
+    view.turnWheel(1, 1700);
+    EXPECT_NEAR(placeInView(state, 1700), 932 / 1024.0, 0.125);
+    view.jumpTo(3500);
+    const double pointer = state.viewStartCh + 0.9 * state.viewWidth;
+    view.turnWheel(1, pointer);
+    EXPECT_NEAR(placeInView(state, pointer), 0.9, 0.125);
+}
+
+// The margin with the labels counts as the first channel.
+TEST_F(View, ExpandsAtTheNearerEndWhereThePointerIsBesideThePlot) {
+    state = {.viewStartCh = 1024, .viewEndCh = 2048, .viewWidth = 1024};
+    view.turnWheel(1, 970);
+    EXPECT_EQ(state.viewStartCh, 1024);
+    view.turnWheel(1, 5000);
+    EXPECT_EQ(state.viewEndCh, 1024 + 512);
+    EXPECT_EQ(state.viewWidth, 256);
+}
+
 }  // namespace
 }  // namespace kestrel

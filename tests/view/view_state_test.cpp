@@ -32,6 +32,25 @@ TEST(ViewState, CentresOnTheCursorSnappedToAQuarterOfTheWidth) {
     }
 }
 
+TEST(ViewState, ShowsAChannelAtAPlaceAsNearlyAsTheQuartersLetIt) {
+    struct Case {
+        double channel, place;
+        std::int16_t width, start;
+    };
+    for (const Case& c : {Case{2000, 0.25, 1024, 1792},
+                          {2000, 0, 1024, 2048},
+                          {2000, 1, 64, 1936},
+                          {100, 0.5, 1024, 0},
+                          {4000, 0.1, 1024, 3071}}) {
+        ViewState view{.cursorCh = 7, .viewWidth = c.width};
+        showAt(view, c.channel, c.place, 4096);
+        EXPECT_EQ(view.viewStartCh, c.start) << c.channel << " at " << c.place;
+        if (c.start % 16 == 0 && c.start > 0) {
+            EXPECT_NEAR(placeInView(view, c.channel), c.place, 0.125);
+        }
+    }
+}
+
 TEST(ViewState, HasItsRightEdgeAtStartPlusWidthAlsoWhenClamped) {
     ViewState view{.cursorCh = 4090, .viewWidth = 1024};
     centreViewOnCursor(view, 4096);
