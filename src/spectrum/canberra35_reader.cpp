@@ -33,7 +33,7 @@ void takeStart(std::string_view line, Spectrum& spectrum) {
 }
 
 constexpr std::array<LabelledValue, 5> header = {{
-    {"SERIES 35+  V-2.00", [](std::string_view, Spectrum&) {}},
+    {canberra35Mark, [](std::string_view, Spectrum&) {}},
     {"LIVE TIME=", [](std::string_view line,
                       Spectrum& s) { s.liveTime = ticksFromSeconds(numberFrom(line, 27)); }},
     {"TRUE TIME=", [](std::string_view line,

@@ -1,6 +1,9 @@
 #include "spectrum/open_spectrum.h"
 
 #include <array>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
 
 #include "base/input_file.h"
 #include "base/integers.h"
@@ -9,6 +12,7 @@
 #include "spectrum/chn_reader.h"
 #include "spectrum/data_information.h"
 #include "spectrum/dos_oxford_reader.h"
+#include "spectrum/labelled_lines.h"
 #include "spectrum/labo_reader.h"
 #include "spectrum/naig_reader.h"
 #include "spectrum/win_oxford_reader.h"
@@ -38,6 +42,22 @@ constexpr std::array<Format, 8> formats = {{
     {"All File", "*.*", "", nullptr},
 }};
 
+// What the ending of a name alone calls for. Of two formats with one ending, the second is taken
+// for a file without the text that the first always carries.
+struct Ending {
+    std::string_view text;
+    int filterIndex;
+    std::string_view mark = {};
+    int filterWithoutMark = 0;
+};
+
+constexpr std::array<Ending, 4> endings = {{
+    {".chn", 1},
+    {".asc", 2, winOxfordMark, 3},
+    {".dat", 4},
+    {".txt", 6, canberra35Mark, 7},
+}};
+
 constexpr double ticksPerSecond = 50.0;
 
 FileDialog openDialog(const std::string& folder, int filterIndex) {
@@ -55,11 +75,26 @@ const Format* formatFor(int filterIndex, const std::string& path) {
     return containsIgnoringCase(path, format.extension) ? &format : nullptr;
 }
 
-}  // namespace
+bool carries(const std::string& path, std::string_view mark) {
+    InputFile file(path);
+    LineReader lines(file);
+    return passLine(lines, mark);
+}
 
-OpenResult openSpectrumFile(const OpenTarget& target, std::string& lastDirectory,
-                            int& lastFilterIndex, Dialogs& dialogs) {
-    const FileChoice choice = dialogs.openFile(openDialog(lastDirectory, lastFilterIndex));
+// A file that is not there is left to the first reader of its ending, which says so. 0: no format
+// has such names.
+int filterForName(const std::string& path) {
+    for (const Ending& ending : endings) {
+        if (!equalIgnoringCase(lastCharacters(path, ending.text.size()), ending.text))
+            continue;
+        const bool first = ending.mark.empty() || !fileExists(path) || carries(path, ending.mark);
+        return first ? ending.filterIndex : ending.filterWithoutMark;
+    }
+    return 0;
+}
+
+OpenResult openChosenFile(const FileChoice& choice, const OpenTarget& target,
+                          std::string& lastDirectory, int& lastFilterIndex, Dialogs& dialogs) {
     lastFilterIndex = choice.filterIndex;
     lastDirectory = currentDirectory();
     if (choice.path.empty())
@@ -67,6 +102,29 @@ OpenResult openSpectrumFile(const OpenTarget& target, std::string& lastDirectory
     target.spectrum.filePath = choice.path;
     return readSpectrumByFormat(lastFilterIndex, target, dialogs) ? OpenResult::Loaded
                                                                   : OpenResult::Refused;
+}
+
+}  // namespace
+
+OpenResult openSpectrumFile(const OpenTarget& target, std::string& lastDirectory,
+                            int& lastFilterIndex, Dialogs& dialogs) {
+    const FileChoice choice = dialogs.openFile(openDialog(lastDirectory, lastFilterIndex));
+    return openChosenFile(choice, target, lastDirectory, lastFilterIndex, dialogs);
+}
+
+OpenResult openSpectrumPath(const std::string& path, const OpenTarget& target,
+                            std::string& lastDirectory, int& lastFilterIndex, Dialogs& dialogs) {
+    const int filterIndex = filterForName(path);
+    if (filterIndex == 0) {
+        dialogs.message({.text = "This is no spectrum file by its name, which must end in\n"
+                                 ".chn, .asc, .dat or .txt.",
+                         .details = path});
+        return OpenResult::Refused;
+    }
+    // As the dialog does with a file that is chosen there.
+    std::error_code staysWhereItIs;
+    std::filesystem::current_path(std::filesystem::path(path).parent_path(), staysWhereItIs);
+    return openChosenFile({path, filterIndex}, target, lastDirectory, lastFilterIndex, dialogs);
 }
 
 bool readSpectrumByFormat(int filterIndex, const OpenTarget& target, Dialogs& dialogs) {

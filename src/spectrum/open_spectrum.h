@@ -25,6 +25,13 @@ enum class OpenResult { Cancelled, Refused, Loaded };
 OpenResult openSpectrumFile(const OpenTarget& target, std::string& lastDirectory,
                             int& lastFilterIndex, Dialogs& dialogs);
 
+// Opens the file at a full path, handed over from outside, as if it had been chosen in the dialog
+// with the filter that its name calls for; where two formats share the ending, the text in the file
+// decides. Any other name is refused with a message, and nothing changes. Faults: those of
+// readSpectrumByFormat; those of InputFile.
+OpenResult openSpectrumPath(const std::string& path, const OpenTarget& target,
+                            std::string& lastDirectory, int& lastFilterIndex, Dialogs& dialogs);
+
 // Reads `spectrum.filePath` with the reader of a filter entry (counted from 1), derives the channel
 // arrays and the header lines, and turns the times from 20 ms ticks into whole seconds. False,
 // after a message, when the name lacks the entry's extension or the file is not of its format.

@@ -42,7 +42,7 @@ void takeStart(std::string_view line, Spectrum& spectrum) {
 
 // The file's "A" is the quadratic term and its "C" the offset, the reverse of the record's names.
 constexpr std::array<LabelledValue, 8> header = {{
-    {"Conversion Gain:",
+    {winOxfordMark,
      [](std::string_view line, Spectrum& s) { s.channelCount = toInt16(numberFrom(line, 27)); }},
     {"Elapsed Live Time:",
      [](std::string_view line, Spectrum& s) {

@@ -22,6 +22,11 @@ class OpenSpectrum : public testing::Test {
                                 dialogs);
     }
 
+    OpenResult openPath(const std::string& path) {
+        return openSpectrumPath(path, {spectrum, derived, headerLines}, lastDirectory,
+                                lastFilterIndex, dialogs);
+    }
+
     test::TempFolder folder;
     test::ScriptedDialogs dialogs;
     Spectrum spectrum;
@@ -96,6 +101,57 @@ TEST_F(OpenSpectrum, RefusesWhatTheFilterDoesNotFit) {
         EXPECT_EQ(dialogs.pointer, Pointer::Default);
     }
     EXPECT_EQ(open(chn), OpenResult::Loaded);
+}
+
+TEST_F(OpenSpectrum, OpensAPathWithTheFilterThatItsNameAndItsMarksCallFor) {
+    const std::string samples = KESTREL_SAMPLES "/eu152-co60-cs137-4096";
+    const std::string text = "one\ntwo\nLaboratory Equipment\n";
+    struct Case {
+        std::string path;
+        int filter;
+        OpenResult result = OpenResult::Loaded;
+        std::string message = {};
+    };
+    const Case cases[] = {
+        {samples + ".chn", 1},
+        {samples + "-windows.asc", 2},
+        {samples + "-dos.asc", 3},
+        {samples + "-series35.txt", 6},
+        {samples + "-e560.txt", 7},
+        {folder.write("A.CHN", test::ChnBytes{}.bytes()), 1},
+        {folder.write("a.txt.chn", text), 1, OpenResult::Refused, refusal},
+        {folder.write("a.asc", text), 3, OpenResult::Refused, refusal},
+        {folder.write("a.dat", text), 4, OpenResult::Refused, refusal},
+        {folder.write("a.txt", text), 7, OpenResult::Refused, refusal},
+        {folder.file("gone.txt"), 6, OpenResult::Refused, "File does not exist."},
+    };
+    for (const Case& c : cases) {
+        dialogs.messages.clear();
+        EXPECT_EQ(openPath(c.path), c.result) << c.path;
+        EXPECT_EQ(lastFilterIndex, c.filter) << c.path;
+        EXPECT_EQ(spectrum.filePath, c.path);
+        EXPECT_EQ(lastDirectory, std::filesystem::path(c.path).parent_path()) << c.path;
+        EXPECT_EQ(lastDirectory, std::filesystem::current_path()) << c.path;
+        EXPECT_EQ(dialogs.messages.empty() ? "" : dialogs.messages[0].text, c.message) << c.path;
+    }
+    EXPECT_TRUE(dialogs.fileDialogs.empty());
+    std::filesystem::current_path("/");
+}
+
+TEST_F(OpenSpectrum, RefusesAPathWhoseNameNoFilterFitsAndChangesNothing) {
+    ASSERT_EQ(open(folder.write("a.chn", test::ChnBytes{}.bytes())), OpenResult::Loaded);
+    const std::string before = lastDirectory;
+    for (const char* name : {"a.chn.bak", "a", "chn", "a.pdf"}) {
+        const std::string path = folder.write(name, test::ChnBytes{}.bytes());
+        EXPECT_EQ(openPath(path), OpenResult::Refused);
+        EXPECT_EQ(dialogs.messages.back().text,
+                  "This is no spectrum file by its name, which must end in\n"
+                  ".chn, .asc, .dat or .txt.");
+        EXPECT_EQ(dialogs.messages.back().details, path);
+    }
+    EXPECT_EQ(spectrum.filePath, folder.file("a.chn"));
+    EXPECT_EQ(lastFilterIndex, 1);
+    EXPECT_EQ(lastDirectory, before);
 }
 
 TEST_F(OpenSpectrum, PutsTheUserCalibrationInForceWhenTheFilesAreNotToBeUsed) {
