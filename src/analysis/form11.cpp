@@ -12,14 +12,12 @@
 #include "analysis/result_list.h"
 #include "analysis/results_printout.h"
 #include "base/directory_choice.h"
-#include "base/qt/fonts.h"
 #include "base/qt/text_codec.h"
 #include "spectrum/file_name.h"
 
 namespace kestrel {
 namespace {
 
-constexpr double listPoints = 11;
 constexpr int linesShown = 16;
 
 }  // namespace
@@ -27,7 +25,7 @@ constexpr int linesShown = 16;
 Form11::Form11(const ResultSource& source, Chooser chooser, WindowPlacement& placement,
                QWidget* parent)
     : ModalForm("Form11", "Kestrel  area Output", placement, parent),
-      List1(new QListWidget(this)),
+      List1(new TextList(this)),
       Command1(addButton("Command1", "&Save as", "Save the list as a file")),
       Command2(addButton("Command2", "&Printer", "Print the list")),
       Command3(addButton("Command3", "&Cancel", "Close without saving")),
@@ -49,8 +47,6 @@ Form11::Form11(const ResultSource& source, Chooser chooser, WindowPlacement& pla
 void Form11::placeControls() {
     List1->setObjectName(QStringLiteral("List1"));
     List1->setAccessibleName(tr("Peak-area results"));
-    List1->setFont(fixedPitchFont(listPoints));
-    List1->setSelectionMode(QAbstractItemView::ExtendedSelection);
     List1->setUniformItemSizes(true);
     auto* headings = new QLabel(toWindow(resultHeadings), this);
     headings->setFont(List1->font());
@@ -80,12 +76,9 @@ void Form11::buildResultList() {
 }
 
 std::vector<std::string> Form11::chosenLines() const {
-    const bool all = List1->selectedItems().isEmpty();
     std::vector<std::string> lines;
-    for (int i = 0; i < List1->count(); ++i) {
-        if (all || List1->item(i)->isSelected())
-            lines.push_back(fromWindow(List1->item(i)->text()));
-    }
+    for (const QString& line : List1->chosenLines())
+        lines.push_back(fromWindow(line));
     return lines;
 }
 

@@ -5,11 +5,10 @@
 #include <string>
 #include <vector>
 
-#include <QListWidget>
-
 #include "analysis/peak_area_set.h"
 #include "base/dialogs.h"
 #include "base/qt/modal_form.h"
+#include "base/qt/text_list.h"
 #include "spectrum/spectrum.h"
 
 namespace kestrel {
@@ -35,7 +34,7 @@ class Form11 : public ModalForm {
     Form11(const ResultSource& source, Chooser chooser, WindowPlacement& placement,
            QWidget* parent);
 
-    QListWidget* const List1;
+    TextList* const List1;
     QPushButton* const Command1;
     QPushButton* const Command2;
     QPushButton* const Command3;

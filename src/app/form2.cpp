@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QFile>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QScreen>
@@ -11,7 +10,6 @@
 #include "base/qt/fonts.h"
 #include "base/qt/placement.h"
 #include "base/qt/text_codec.h"
-#include "spectrum/open_spectrum.h"
 #include "version.h"
 
 namespace kestrel {
@@ -23,11 +21,12 @@ constexpr int rightButton = 2;
 // A stored width of less than this, in twips, is no window that anybody left.
 constexpr int narrowestPlacement = 1000;
 
-QPushButton* button(QWidget* parent, const char* name, const char* caption,
-                    const char* accessible) {
+QPushButton* button(QWidget* parent, const char* name, const char* caption, const char* accessible,
+                    const char* key) {
     auto* result = new QPushButton(QString::fromLatin1(caption), parent);
     result->setObjectName(QString::fromLatin1(name));
     result->setAccessibleName(QString::fromLatin1(accessible));
+    result->setToolTip(QStringLiteral("%1 (%2)").arg(result->accessibleName(), QLatin1String(key)));
     // A click leaves the keys with the plot.
     result->setFocusPolicy(Qt::TabFocus);
     return result;
@@ -44,13 +43,13 @@ QString baseCaption() {
 
 Form2::Form2(Module1& module, Dialogs& dialogs)
     : Picture1(new PictureBox(this)),
-      Command1(button(this, "Command1", "<>", "Expand")),
-      Command2(button(this, "Command2", "", "Logarithmic or linear")),
-      Command3(button(this, "Command3", "Yexp", "Lower the full scale")),
-      Command4(button(this, "Command4", "Ycnt", "Raise the full scale")),
-      Command5(button(this, "Command5", "<-", "Cursor left")),
-      Command6(button(this, "Command6", "->", "Cursor right")),
-      Command7(button(this, "Command7", "><", "Shrink")),
+      Command1(button(this, "Command1", "<>", "Expand", "PageUp")),
+      Command2(button(this, "Command2", "", "Logarithmic or linear", "L")),
+      Command3(button(this, "Command3", "Yexp", "Lower the full scale", "Up")),
+      Command4(button(this, "Command4", "Ycnt", "Raise the full scale", "Down")),
+      Command5(button(this, "Command5", "<-", "Cursor left", "Left")),
+      Command6(button(this, "Command6", "->", "Cursor right", "Right")),
+      Command7(button(this, "Command7", "><", "Shrink", "PageDown")),
       Text1(new QLineEdit(this)),
       module_(module),
       dialogs_(dialogs),
@@ -58,6 +57,7 @@ Form2::Form2(Module1& module, Dialogs& dialogs)
              &module.peakArea.fields.bounds},
             module.view, Picture1->canvas(), dialogs, *this) {
     setObjectName(QStringLiteral("Form2"));
+    setAcceptDrops(true);
     Picture1->setObjectName(QStringLiteral("Picture1"));
     Text1->setObjectName(QStringLiteral("Text1"));
     placeControls();
@@ -109,6 +109,8 @@ void Form2::connectControls() {
         view_.keyDown(keyCode, shift);
     });
     connect(Picture1, &PictureBox::mouseDown, this, &Form2::Picture1_MouseDown);
+    connect(Picture1, &PictureBox::wheelTurned, this,
+            [this](int notches, double x) { view_.turnWheel(notches, x); });
     connect(Picture1, &PictureBox::resized, this, &Form2::Picture1_Resize);
     connect(Picture1, &PictureBox::rescaled, this, [this] { view_.redraw(); });
 }
@@ -136,30 +138,6 @@ void Form2::Picture1_MouseDown(int button, int, double x, double) {
         form7_->enterCursorChannel(module_.view.cursorCh);
     else
         view_.mouseDown(x);
-}
-
-void Form2::openSpectrumFile() {
-    const OpenTarget target{module_.spectrum, module_.derived, module_.headerLines};
-    const OpenResult result = kestrel::openSpectrumFile(target, module_.settings.lastDirectory,
-                                                        module_.lastFilterIndex, dialogs_);
-    if (result == OpenResult::Refused)
-        return;
-    if (result == OpenResult::Loaded) {
-        showCaption();
-        if (form10_)
-            form10_->refresh();
-        view_.showNewSpectrum();
-        if (form7_ && form7_->isVisible() && form7_->close())
-            pkarea_Click();
-    }
-    focusPlot();
-}
-
-void Form2::showCaption() {
-    QString path = QFile::decodeName(module_.spectrum.filePath.c_str());
-    // In a window title Qt takes this for the mark of unsaved changes.
-    path.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
-    setWindowTitle(path + QStringLiteral(" ... ") + baseCaption());
 }
 
 void Form2::showDataInformation() {

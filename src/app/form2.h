@@ -18,6 +18,7 @@
 #include "nuclide/form12.h"
 #include "nuclide/form9.h"
 #include "spectrum/form10.h"
+#include "spectrum/open_spectrum.h"
 #include "view/picture_box.h"
 #include "view/spectrum_view.h"
 
@@ -29,6 +30,9 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
   public:
     // Both must outlive the window. The state is started already.
     Form2(Module1& module, Dialogs& dialogs);
+
+    // Opens a file handed over from outside; `path` is a full one.
+    void openSpectrumPath(const std::string& path);
 
     // Draws what is still to be drawn; for tests and screenshots.
     const QImage& picture() { return Picture1->picture(); }
@@ -46,6 +50,8 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
   protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -78,6 +84,8 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void switchNuclideMarks();
     void BuildNuclideMarks();
     void openSpectrumFile();
+    OpenTarget openTarget();
+    void showOpened(OpenResult result);
     void showCaption();
     PeakAreaWork peakAreaWork();
     void showPeakAreaResults();

@@ -3,6 +3,8 @@
 #include <memory>
 
 #include <QFile>
+#include <QIcon>
+#include <QMetaObject>
 #include <QStandardPaths>
 
 #include "app/form2.h"
@@ -10,10 +12,14 @@
 #include "app/nuclide_location.h"
 #include "app/places.h"
 #include "base/qt/kestrel_application.h"
+#include "base/qt/outside_paths.h"
 #include "base/qt/qt_dialogs.h"
 
 int main(int argc, char** argv) {
     kestrel::KestrelApplication application(argc, argv);
+    kestrel::KestrelApplication::setWindowIcon(QIcon(QStringLiteral(":/kestrel.png")));
+    // Before the settings make another directory the current one.
+    const std::string path = kestrel::pathInArguments(kestrel::KestrelApplication::arguments());
     kestrel::QtDialogs dialogs;
     application.showFaultsIn(dialogs);
 
@@ -28,5 +34,9 @@ int main(int argc, char** argv) {
 
     kestrel::Form2 form2(*module, dialogs);
     form2.show();
+    // In the event loop, where faults are caught.
+    if (!path.empty())
+        QMetaObject::invokeMethod(
+            &form2, [&] { form2.openSpectrumPath(path); }, Qt::QueuedConnection);
     return kestrel::KestrelApplication::exec();
 }

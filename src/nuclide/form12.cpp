@@ -5,7 +5,6 @@
 #include <QMenuBar>
 #include <QVBoxLayout>
 
-#include "base/qt/fonts.h"
 #include "base/qt/placement.h"
 #include "base/qt/text_codec.h"
 #include "nuclide/nuclide_key.h"
@@ -20,7 +19,7 @@ constexpr int summaryLines = 3;
 
 Form12::Form12(NuclideDataContext context, QWidget* parent)
     : QWidget(parent, Qt::Window),
-      List1(new QListWidget(this)),
+      List1(new TextList(this)),
       Text1(new QLineEdit(this)),
       MSFlexGrid1(new Grid(context.palette, this)),
       context_(context) {
@@ -39,7 +38,6 @@ Form12::Form12(NuclideDataContext context, QWidget* parent)
 void Form12::placeControls() {
     List1->setObjectName(QStringLiteral("List1"));
     List1->setAccessibleName(tr("Half-life and decay modes"));
-    List1->setFont(fixedPitchFont(11));
     List1->setFixedHeight(List1->fontMetrics().height() * summaryLines + 4 * summaryLines + 8);
     Text1->setObjectName(QStringLiteral("Text1"));
     Text1->setReadOnly(true);

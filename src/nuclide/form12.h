@@ -2,12 +2,12 @@
 #pragma once
 
 #include <QLineEdit>
-#include <QListWidget>
 #include <QWidget>
 
 #include "base/dialogs.h"
 #include "base/palette.h"
 #include "base/qt/grid.h"
+#include "base/qt/text_list.h"
 #include "base/window_placement.h"
 #include "nuclide/nuclide_data.h"
 #include "nuclide/nuclide_windows.h"
@@ -34,7 +34,7 @@ class Form12 : public QWidget {
 
     void ShowNuclideFromDatabase();
 
-    QListWidget* const List1;
+    TextList* const List1;
     QLineEdit* const Text1;
     Grid* const MSFlexGrid1;
 

@@ -4,7 +4,6 @@
 #include <QKeyEvent>
 #include <QVBoxLayout>
 
-#include "base/qt/fonts.h"
 #include "base/qt/placement.h"
 #include "base/qt/text_codec.h"
 
@@ -13,14 +12,13 @@ namespace kestrel {
 Form10::Form10(const std::vector<std::string>& headerLines, WindowPlacement& placement,
                QWidget* parent)
     : QWidget(parent, Qt::Window),
-      List1(new QListWidget(this)),
+      List1(new TextList(this)),
       headerLines_(headerLines),
       placement_(placement) {
     setObjectName(QStringLiteral("Form10"));
     setWindowTitle(QStringLiteral("Kestrel - Data Inform"));
     List1->setObjectName(QStringLiteral("List1"));
     List1->setAccessibleName(tr("Data information"));
-    List1->setFont(fixedPitchFont(11));
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(List1);
     resize(720, 190);

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include <QListWidget>
 #include <QWidget>
 
+#include "base/qt/text_list.h"
 #include "base/window_placement.h"
 
 namespace kestrel {
@@ -22,7 +22,7 @@ class Form10 : public QWidget {
     // Lists the header lines as they are now.
     void refresh();
 
-    QListWidget* const List1;
+    TextList* const List1;
 
   protected:
     void closeEvent(QCloseEvent* event) override;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QWindow>
@@ -15,6 +17,7 @@ namespace kestrel {
 namespace {
 
 constexpr double plotFontPoints = 10;
+constexpr int notch = QWheelEvent::DefaultDeltasPerStep;
 
 QColor markColour() {
     const Colour colour = standardPalette[CursorMark::colour];
@@ -110,6 +113,10 @@ void PictureBox::followScreen() {
 }
 
 void PictureBox::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Copy)) {
+        QGuiApplication::clipboard()->setPixmap(grab());
+        return;
+    }
     const VirtualKey key = virtualKey(*event);
     if (key.code == 0)
         event->ignore();
@@ -122,6 +129,18 @@ void PictureBox::mousePressEvent(QMouseEvent* event) {
     emit mouseDown(buttonNumber(event->button()), shiftState(event->modifiers()),
                    canvas_.userX(event->position().x() * ratio),
                    canvas_.userY(event->position().y() * ratio));
+}
+
+// A touchpad sends a notch in many small parts. What is left of one counts only in its direction.
+void PictureBox::wheelEvent(QWheelEvent* event) {
+    const int angle = event->angleDelta().y();
+    if (angle * wheelAngle_ < 0)
+        wheelAngle_ = 0;
+    wheelAngle_ += angle;
+    const int notches = wheelAngle_ / notch;
+    wheelAngle_ %= notch;
+    if (notches != 0)
+        emit wheelTurned(notches, canvas_.userX(event->position().x() * devicePixelRatioF()));
 }
 
 }  // namespace kestrel

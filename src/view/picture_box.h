@@ -1,4 +1,5 @@
-// The plot area: keeps its picture, repaints from it, and lays the cursor mark over it.
+// The plot area: keeps its picture, repaints from it, and lays the cursor mark over it. Copying
+// puts what it shows on the clipboard.
 #pragma once
 
 #include <QImage>
@@ -29,6 +30,8 @@ class PictureBox : public QWidget {
     void keyDown(int keyCode, int shift);
     // x and y in the user scale.
     void mouseDown(int button, int shift, double x, double y);
+    // Whole notches of the wheel, above 0 away from the user; x in the user scale.
+    void wheelTurned(int notches, double x);
     // The picture has another size and is empty: it must be drawn again.
     void resized();
     // Only its dots are others: it must be drawn again as it was.
@@ -40,6 +43,7 @@ class PictureBox : public QWidget {
     void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
 
   private:
     // A canvas whose every new drawing asks the widget to show it.
@@ -61,6 +65,7 @@ class PictureBox : public QWidget {
     PictureCanvas canvas_;
     CursorMark mark_;
     bool seen_ = false;
+    int wheelAngle_ = 0;  // turned since the last whole notch, in eighths of a degree
 };
 
 }  // namespace kestrel

@@ -5,7 +5,12 @@
 #include <memory>
 
 #include <QApplication>
+#include <QClipboard>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QTest>
+#include <QUrl>
+#include <QWheelEvent>
 
 #include "app/module1.h"
 #include "base/qt/kestrel_application.h"
@@ -119,6 +124,37 @@ TEST_F(MainWindow, OpensASampleByKeysAndShowsIt) {
     EXPECT_GT(dotsAt(2000, white, form2->picture()), 0);
 }
 
+TEST_F(MainWindow, OpensTheFirstFileThatIsDroppedOnIt) {
+    QMimeData data;
+    data.setUrls({QUrl(QStringLiteral("https://example.org/a.chn")),
+                  QUrl::fromLocalFile(QStringLiteral(KESTREL_SAMPLES "/environmental-8192.chn")),
+                  QUrl::fromLocalFile(QStringLiteral(KESTREL_SAMPLES "/empty-4096.chn"))});
+    QDragEnterEvent enter(QPoint(9, 9), Qt::CopyAction, &data, Qt::LeftButton, {});
+    enter.ignore();
+    QApplication::sendEvent(form2.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(9, 9), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(form2.get(), &drop);
+    QApplication::processEvents();
+    EXPECT_TRUE(caption().starts_with(KESTREL_SAMPLES "/environmental-8192.chn ... ")) << caption();
+    EXPECT_EQ(module->view.viewEndCh, 8192);
+    EXPECT_TRUE(form2->Picture1->hasFocus());
+    QMimeData text;
+    text.setText(QStringLiteral("a text"));
+    QDragEnterEvent enterText(QPoint(9, 9), Qt::CopyAction, &text, Qt::LeftButton, {});
+    enterText.ignore();
+    QApplication::sendEvent(form2.get(), &enterText);
+    EXPECT_FALSE(enterText.isAccepted());
+}
+
+TEST_F(MainWindow, RefusesAFileFromOutsideAsItDoesInTheDialog) {
+    openSample();
+    form2->openSpectrumPath(folder.write("text.chn", "a text"));
+    form2->openSpectrumPath(folder.write("text.pdf", "a text"));
+    EXPECT_EQ(dialogs.messages.size(), 2U);
+    EXPECT_TRUE(caption().starts_with(KESTREL_SAMPLES "/eu152-co60-cs137-4096.chn ... "));
+}
+
 TEST_F(MainWindow, SavesTheSpectrumAsCsvAndGoesBackToThePlot) {
     openSample();
     dialogs.fileAnswer = {.path = folder.file("out.csv"), .filterIndex = 1};
@@ -184,6 +220,71 @@ TEST_F(MainWindow, PutsTheCursorWhereAMouseButtonIsPressed) {
         const QPoint place = canvas.toDevice(1000 + static_cast<int>(button), 600);
         QTest::mousePress(form2->Picture1, button, {}, place);
         EXPECT_NEAR(module->view.cursorCh, 1000 + static_cast<int>(button), 3);
+    }
+}
+
+void turnWheel(QWidget& widget, QPoint place, int angle) {
+    QWheelEvent event(place, widget.mapToGlobal(place), {}, {0, angle}, {}, {}, Qt::NoScrollPhase,
+                      false);
+    QApplication::sendEvent(&widget, &event);
+}
+
+TEST_F(MainWindow, ExpandsOncePerNotchOfTheWheelHoweverManyEventsItComesIn) {
+    openSample();
+    auto& canvas = static_cast<PainterCanvas&>(form2->Picture1->canvas());
+    const QPoint place = canvas.toDevice(3000, 600);
+    const auto widthAfter = [&](int angle) {
+        turnWheel(*form2->Picture1, place, angle);
+        return module->view.viewWidth;
+    };
+    EXPECT_EQ(widthAfter(120), 2048);
+    EXPECT_NEAR(canvas.userX(place.x()), 3000, 2048 / 8.0 + 3);
+    EXPECT_EQ(widthAfter(50), 2048);
+    EXPECT_EQ(widthAfter(50), 2048);
+    EXPECT_EQ(widthAfter(50), 1024);
+    EXPECT_EQ(widthAfter(-100), 1024);
+    EXPECT_EQ(widthAfter(-20), 2048);
+    EXPECT_EQ(widthAfter(240), 512);
+    EXPECT_EQ(module->view.cursorCh, 0);
+}
+
+TEST_F(MainWindow, CopiesThePlotAsAnImageAndListsAsText) {
+    openSample();
+    QTest::keyClick(form2->Picture1, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->image().size(), form2->picture().size());
+    EXPECT_GT(dotsAt(2000, white, QApplication::clipboard()->image()), 0);
+    trigger("f11(1)");
+    TextList& list = *form2->findChild<Form10*>()->List1;
+    QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text().count(QLatin1Char('\n')), 5);
+    list.item(3)->setSelected(true);
+    QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "Live Time:  30000sec");
+}
+
+TEST_F(MainWindow, NamesTheKeyOfEachButtonInItsToolTip) {
+    openSample();
+    const auto stateText = [this] {
+        const ViewState& v = module->view;
+        return QStringLiteral("%1 %2 %3 %4")
+            .arg(v.cursorCh)
+            .arg(v.viewWidth)
+            .arg(v.yScaleExp)
+            .arg(static_cast<int>(v.linLogMode));
+    };
+    module->view.cursorCh = 2000;  // far from the edges of the view
+    QTest::keyClick(form2->Picture1, Qt::Key_PageUp);
+    for (QPushButton* b : {form2->Command2, form2->Command1, form2->Command7, form2->Command3,
+                           form2->Command4, form2->Command6, form2->Command5}) {
+        const ViewState before = module->view;
+        b->click();
+        const QString byButton = stateText();
+        module->view = before;
+        const QString tip = b->toolTip();
+        QString key = tip.mid(tip.indexOf(QLatin1Char('(')) + 1).chopped(1);
+        key.replace(QStringLiteral("Page"), QStringLiteral("Pg"));  // as Qt calls them
+        QTest::keySequence(form2->Picture1, QKeySequence(key));
+        EXPECT_EQ(stateText(), byButton) << tip.toStdString();
     }
 }
 

@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QImage>
 #include <QKeyEvent>
 
 #include "base/palette.h"
 #include "base/qt/fonts.h"
+#include "base/qt/outside_paths.h"
 #include "base/qt/painter_canvas.h"
 #include "base/qt/text_codec.h"
 #include "base/qt/virtual_keys.h"
@@ -43,6 +45,29 @@ TEST(TextCodec, GivesTextsBackInTheBytesTheyCameIn) {
     EXPECT_EQ(fromWindow(QStringLiteral("土壌")), "\x93y\x8F\xEB");
     for (const char16_t* text : {u"Zażółć", u"γ 511 keV", u"é土", u"😀"})
         EXPECT_EQ(toWindow(fromWindow(QString::fromUtf16(text))), QString::fromUtf16(text));
+}
+
+TEST(OutsidePaths, AreTheFirstArgumentThatIsNoOption) {
+    QDir::setCurrent(QDir::tempPath());
+    const std::string here = QDir::currentPath().toStdString();
+    struct Case {
+        QStringList arguments;
+        std::string path;
+    };
+    const Case cases[] = {
+        {{"kestrel"}, ""},
+        {{}, ""},
+        {{"kestrel", "--help"}, ""},
+        {{"kestrel", "/a b/c%20d.chn", "/e.chn"}, "/a b/c%20d.chn"},
+        {{"kestrel", "-x", "c.chn"}, here + "/c.chn"},
+        {{"kestrel", "d/../c.chn"}, here + "/c.chn"},
+        {{"kestrel", "--", "-c.chn"}, here + "/-c.chn"},
+        {{"kestrel", "--"}, ""},
+        {{"kestrel", "file:///a%20b/%C3%A9.chn"}, "/a b/\xC3\xA9.chn"},
+        {{"kestrel", "http://a/b.chn"}, here + "/http:/a/b.chn"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(pathInArguments(c.arguments), c.path) << c.path;
 }
 
 TEST(VirtualKeys, TranslateKeysAndShiftStates) {

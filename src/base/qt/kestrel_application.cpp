@@ -7,6 +7,8 @@
 namespace kestrel {
 KestrelApplication::KestrelApplication(int& argc, char** argv) : QApplication(argc, argv) {
     setApplicationName(QString::fromLatin1(applicationTitle));
+    // Says to the desktop whose windows these are: the name of packaging/kestrel.desktop.
+    setDesktopFileName(QStringLiteral("kestrel"));
     registerFontSubstitutes();
 }
 

@@ -1,0 +1,60 @@
+// How a spectrum comes into the main window: by the dialog, by the desktop, or dropped on it.
+
+#include <QDropEvent>
+#include <QFile>
+#include <QMimeData>
+
+#include "app/form2.h"
+#include "base/qt/outside_paths.h"
+
+namespace kestrel {
+
+void Form2::openSpectrumFile() {
+    showOpened(kestrel::openSpectrumFile(openTarget(), module_.settings.lastDirectory,
+                                         module_.lastFilterIndex, dialogs_));
+}
+
+void Form2::openSpectrumPath(const std::string& path) {
+    showOpened(kestrel::openSpectrumPath(path, openTarget(), module_.settings.lastDirectory,
+                                         module_.lastFilterIndex, dialogs_));
+}
+
+OpenTarget Form2::openTarget() {
+    return {module_.spectrum, module_.derived, module_.headerLines};
+}
+
+void Form2::showOpened(OpenResult result) {
+    if (result == OpenResult::Refused)
+        return;
+    if (result == OpenResult::Loaded) {
+        showCaption();
+        if (form10_)
+            form10_->refresh();
+        view_.showNewSpectrum();
+        if (form7_ && form7_->isVisible() && form7_->close())
+            pkarea_Click();
+    }
+    focusPlot();
+}
+
+void Form2::showCaption() {
+    QString path = QFile::decodeName(module_.spectrum.filePath.c_str());
+    // In a window title Qt takes this for the mark of unsaved changes.
+    path.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+    setWindowTitle(path + QStringLiteral(" ... ") + baseCaption());
+}
+
+void Form2::dragEnterEvent(QDragEnterEvent* event) {
+    if (!droppedPath(*event->mimeData()).empty())
+        event->acceptProposedAction();
+}
+
+// Queued: a message must not keep the program waiting that the file is dropped from.
+void Form2::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    QMetaObject::invokeMethod(
+        this, [this, path = droppedPath(*event->mimeData())] { openSpectrumPath(path); },
+        Qt::QueuedConnection);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,22 @@
+// A list of lines in the fixed-pitch font; those chosen can be copied.
+#pragma once
+
+#include <QListWidget>
+#include <QStringList>
+
+namespace kestrel {
+
+class TextList : public QListWidget {
+    Q_OBJECT
+
+  public:
+    explicit TextList(QWidget* parent);
+
+    // The selected lines; all where none is selected.
+    QStringList chosenLines() const;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+};
+
+}  // namespace kestrel
