@@ -124,27 +124,34 @@ TEST_F(MainWindow, OpensASampleByKeysAndShowsIt) {
     EXPECT_GT(dotsAt(2000, white, form2->picture()), 0);
 }
 
+// Whether the widget takes what is dragged over it; it is then dropped there.
+bool dragAndDrop(QWidget& widget, const QMimeData& data) {
+    QDragEnterEvent enter(QPoint(9, 9), Qt::CopyAction, &data, Qt::LeftButton, {});
+    enter.ignore();
+    QApplication::sendEvent(&widget, &enter);
+    QDropEvent drop(QPointF(9, 9), Qt::CopyAction, &data, Qt::LeftButton, {});
+    if (enter.isAccepted())
+        QApplication::sendEvent(&widget, &drop);
+    QApplication::processEvents();
+    return enter.isAccepted();
+}
+
 TEST_F(MainWindow, OpensTheFirstFileThatIsDroppedOnIt) {
     QMimeData data;
     data.setUrls({QUrl(QStringLiteral("https://example.org/a.chn")),
                   QUrl::fromLocalFile(QStringLiteral(KESTREL_SAMPLES "/environmental-8192.chn")),
                   QUrl::fromLocalFile(QStringLiteral(KESTREL_SAMPLES "/empty-4096.chn"))});
-    QDragEnterEvent enter(QPoint(9, 9), Qt::CopyAction, &data, Qt::LeftButton, {});
-    enter.ignore();
-    QApplication::sendEvent(form2.get(), &enter);
-    EXPECT_TRUE(enter.isAccepted());
-    QDropEvent drop(QPointF(9, 9), Qt::CopyAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(form2.get(), &drop);
-    QApplication::processEvents();
+    EXPECT_TRUE(dragAndDrop(*form2, data));
     EXPECT_TRUE(caption().starts_with(KESTREL_SAMPLES "/environmental-8192.chn ... ")) << caption();
     EXPECT_EQ(module->view.viewEndCh, 8192);
     EXPECT_TRUE(form2->Picture1->hasFocus());
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.file("gone.chn")))});
+    EXPECT_TRUE(dragAndDrop(*form2, data));
+    ASSERT_EQ(dialogs.messages.size(), 1U);
+    EXPECT_EQ(dialogs.messages[0].text, "Run-time error '53':\n\nFile not found");
     QMimeData text;
     text.setText(QStringLiteral("a text"));
-    QDragEnterEvent enterText(QPoint(9, 9), Qt::CopyAction, &text, Qt::LeftButton, {});
-    enterText.ignore();
-    QApplication::sendEvent(form2.get(), &enterText);
-    EXPECT_FALSE(enterText.isAccepted());
+    EXPECT_FALSE(dragAndDrop(*form2, text));
 }
 
 TEST_F(MainWindow, RefusesAFileFromOutsideAsItDoesInTheDialog) {
