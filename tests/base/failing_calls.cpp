@@ -1,0 +1,168 @@
+#include "base/failing_calls.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+
+namespace kestrel::test {
+namespace {
+
+const PlannedMishap* plan = nullptr;
+int calls = 0;
+
+bool goesWrong(std::string_view name) {
+    return plan != nullptr && (plan->only.empty() || plan->only == name) && ++calls == plan->number;
+}
+
+bool writesShort() {
+    return plan->mishap == Mishap::ShortWrite;
+}
+
+[[noreturn]] void die() {
+    raise(SIGKILL);
+    std::abort();
+}
+
+// The function that the program would have called.
+template <typename Function>
+Function* next(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+// `failing` and `within` do what is still done when the call fails or the process ends in it.
+template <typename Whole, typename Failing, typename Within>
+auto call(const char* name, Whole whole, Failing failing, Within within) {
+    if (!goesWrong(name))
+        return whole();
+    switch (plan->mishap) {
+        case Mishap::KillBefore:
+            die();
+        case Mishap::KillWithin:
+            static_cast<void>(within());
+            die();
+        case Mishap::KillAfter:
+            static_cast<void>(whole());
+            die();
+        case Mishap::Failure:
+        case Mishap::ShortWrite:
+            break;
+    }
+    const auto result = failing();
+    errno = plan->error;
+    return result;
+}
+
+template <typename Whole, typename Failing>
+auto call(const char* name, Whole whole, Failing failing) {
+    return call(name, whole, failing, whole);
+}
+
+int minusOne() {
+    return -1;
+}
+
+}  // namespace
+
+FailingCalls::FailingCalls(const PlannedMishap& planned) {
+    calls = 0;
+    plan = &planned;
+}
+
+FailingCalls::~FailingCalls() {
+    plan = nullptr;
+}
+
+bool FailingCalls::happened() {
+    return plan != nullptr && calls >= plan->number;
+}
+
+}  // namespace kestrel::test
+
+// These stand in front of the C library's own.
+using kestrel::test::call;
+using kestrel::test::minusOne;
+using kestrel::test::next;
+using kestrel::test::writesShort;
+
+extern "C" {
+
+FILE* fopen(const char* path, const char* mode) {
+    static auto* const real = next<FILE*(const char*, const char*)>("fopen");
+    return call(
+        "fopen", [&] { return real(path, mode); }, [] { return static_cast<FILE*>(nullptr); });
+}
+
+std::size_t fwrite(const void* bytes, std::size_t size, std::size_t count, FILE* file) {
+    static auto* const real =
+        next<std::size_t(const void*, std::size_t, std::size_t, FILE*)>("fwrite");
+    const auto half = [&] { return real(bytes, size, count / 2, file); };
+    const auto failing = [&] { return writesShort() ? half() : std::size_t{0}; };
+    return call(
+        "fwrite", [&] { return real(bytes, size, count, file); }, failing, half);
+}
+
+int fclose(FILE* file) {
+    static auto* const real = next<int(FILE*)>("fclose");
+    const auto failing = [&] {
+        real(file);
+        return EOF;
+    };
+    return call(
+        "fclose", [&] { return real(file); }, failing);
+}
+
+int fsync(int file) {
+    static auto* const real = next<int(int)>("fsync");
+    return call(
+        "fsync", [&] { return real(file); }, minusOne);
+}
+
+int rename(const char* from, const char* to) noexcept {
+    static auto* const real = next<int(const char*, const char*)>("rename");
+    return call(
+        "rename", [&] { return real(from, to); }, minusOne);
+}
+
+int remove(const char* path) noexcept {
+    static auto* const real = next<int(const char*)>("remove");
+    return call(
+        "remove", [&] { return real(path); }, minusOne);
+}
+
+int mkdir(const char* path, mode_t mode) noexcept {
+    static auto* const real = next<int(const char*, mode_t)>("mkdir");
+    return call(
+        "mkdir", [&] { return real(path, mode); }, minusOne);
+}
+
+int stat(const char* path, struct stat* status) noexcept {
+    static auto* const real = next<int(const char*, struct stat*)>("stat");
+    return call(
+        "stat", [&] { return real(path, status); }, minusOne);
+}
+
+int lstat(const char* path, struct stat* status) noexcept {
+    static auto* const real = next<int(const char*, struct stat*)>("lstat");
+    return call(
+        "lstat", [&] { return real(path, status); }, minusOne);
+}
+
+int access(const char* path, int mode) noexcept {
+    static auto* const real = next<int(const char*, int)>("access");
+    return call(
+        "access", [&] { return real(path, mode); }, minusOne);
+}
+
+int fchmodat(int folder, const char* path, mode_t mode, int flags) noexcept {
+    static auto* const real = next<int(int, const char*, mode_t, int)>("fchmodat");
+    return call(
+        "fchmodat", [&] { return real(folder, path, mode, flags); }, minusOne);
+}
+
+}  // extern "C"
