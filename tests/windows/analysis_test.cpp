@@ -1,6 +1,7 @@
 // Calibrating and measuring through the real windows.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -262,6 +263,19 @@ TEST_F(Analysis, OpensNoPeakAreasWithoutALiveTimeAndLetsTheUserLeaveThem) {
     trigger("pkarea");
     EXPECT_FALSE(form7().isVisible());
     EXPECT_TRUE(form2->close());
+}
+
+TEST_F(Analysis, ClosesNoOtherWindowWhenRegionsOutOfOrderKeepTheProgramOpen) {
+    for (const char* window : {"f11(1)", "win_wngy", "win_nd", "pkarea"})
+        trigger(window);
+    const auto shown = [] {
+        return std::ranges::count_if(QApplication::topLevelWidgets(), &QWidget::isVisible);
+    };
+    const auto before = shown();
+    form7().Text1->setText("5");
+    emit form7().Text1->textEdited("5");
+    EXPECT_FALSE(form2->close());
+    EXPECT_EQ(shown(), before);
 }
 
 TEST_F(Analysis, KeepsARemarkInTheBytesThatItHas) {

@@ -370,6 +370,19 @@ TEST_F(MainWindow, TellsAFaultOfTheRedrawAtActivationOnce) {
     EXPECT_EQ(dialogs.messages.size(), 1U);
 }
 
+TEST_F(MainWindow, TellsAFaultOfTheRedrawAtANewSizeOnceTheLayoutIsDone) {
+    openSample();
+    module->view.linLogMode = CountAxis::Linear;
+    module->view.yScaleFactor = 300.0F;
+    module->spectrum.counts[5] = 8000000;
+    dialogs.duringMessage = [this] { form2->resize(form2->width() + 10, form2->height()); };
+    form2->resize(form2->width() + 10, form2->height());
+    form2->resize(form2->width() + 10, form2->height());
+    EXPECT_TRUE(dialogs.messages.empty());
+    QApplication::processEvents();
+    EXPECT_EQ(dialogs.messages.size(), 1U);
+}
+
 TEST_F(MainWindow, HandsKeysTypedIntoTheStatusLineToThePlot) {
     openSample();
     form2->Text1->setFocus();

@@ -13,27 +13,34 @@ KestrelApplication::KestrelApplication(int& argc, char** argv) : QApplication(ar
 }
 
 bool KestrelApplication::notify(QObject* receiver, QEvent* event) {
+    const bool layingOut = event->type() == QEvent::Resize || event->type() == QEvent::Show;
     try {
         return QApplication::notify(receiver, event);
     } catch (const RuntimeFault& fault) {
         if (dialogs_ == nullptr)
             throw;
-        show(fault);
+        show(fault, layingOut);
     } catch (const std::bad_alloc&) {
         if (dialogs_ == nullptr)
             throw;
-        show(RuntimeFault(Fault::OutOfMemory));
+        show(RuntimeFault(Fault::OutOfMemory), layingOut);
     }
     return true;
 }
 
-void KestrelApplication::show(const RuntimeFault& fault) {
+void KestrelApplication::show(const RuntimeFault& fault, bool later) {
     dialogs_->setPointer(Pointer::Default);
     if (showing_)
         return;
     showing_ = true;
-    dialogs_->message({.text = fault.message(), .details = fault.subject()});
-    showing_ = false;
+    const auto tell = [this, fault] {
+        dialogs_->message({.text = fault.message(), .details = fault.subject()});
+        showing_ = false;
+    };
+    if (later)
+        QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
+    else
+        tell();
 }
 
 }  // namespace kestrel

@@ -17,15 +17,16 @@ class KestrelApplication : public QApplication {
     void showFaultsIn(Dialogs& dialogs) { dialogs_ = &dialogs; }
 
     // Delivers an event. A fault ends what the event began, is shown, and the program goes on.
-    // Faults that come while one is being shown (a window being resized behind it) are not shown as
-    // well.
+    // One that comes while Qt lays out a window is shown right after that: the windows could be
+    // resized again behind the message, and Qt's layouts do not bear that halfway. Faults that come
+    // while one is being shown are not shown as well.
     bool notify(QObject* receiver, QEvent* event) override;
 
   private:
-    void show(const RuntimeFault& fault);
+    void show(const RuntimeFault& fault, bool later);
 
     Dialogs* dialogs_ = nullptr;
-    bool showing_ = false;
+    bool showing_ = false;  // or waiting to be
 };
 
 }  // namespace kestrel
