@@ -118,6 +118,7 @@ TEST(PeakMeasure, FindsLinesThatStandInEachOthersFeet) {
 struct Sample {
     const char* name;
     int tolerance;  // channels
+    friend void PrintTo(const Sample& sample, std::ostream* out) { *out << sample.name; }
 };
 
 class PeaksOfSample : public testing::TestWithParam<Sample> {
