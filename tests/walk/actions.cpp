@@ -2,7 +2,6 @@
 
 #include <QAbstractEventDispatcher>
 #include <QAction>
-#include <QComboBox>
 #include <QDialog>
 #include <QMenu>
 #include <QMenuBar>

@@ -2,6 +2,10 @@
 // their keys and buttons.
 #pragma once
 
+#include <memory>
+#include <string>
+#include <vector>
+
 #include <QApplication>
 
 #include "base/qt/qt_dialogs.h"
