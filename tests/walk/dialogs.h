@@ -2,13 +2,17 @@
 // their keys and buttons.
 #pragma once
 
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include <QApplication>
+#include <QPrinter>
 
+#include "base/qt/print_job.h"
 #include "base/qt/qt_dialogs.h"
+#include "base/runtime_fault.h"
 #include "walk/files.h"
 
 namespace kestrel::walk {
@@ -39,7 +43,22 @@ class WalkDialogs : public QtDialogs {
         wrote = true;
         return files_.output();
     }
-    std::unique_ptr<PrintJob> print() override { return nullptr; }
+    // Of paper for an office and of labels too narrow for any text.
+    PageLayout pageLayout() override {
+        choosePaper();
+        return toPageLayout(printer_.pageLayout());
+    }
+    std::unique_ptr<PrintJob> print(const std::string& documentName) override {
+        wrote = true;
+        if (random_.oneIn(4))
+            return nullptr;
+        if (random_.oneIn(4))
+            throw RuntimeFault(Fault::Printer);
+        choosePaper();
+        printer_.setOutputFileName(QString::fromStdString(files_.output().path));
+        printer_.setOutputFormat(QPrinter::PdfFormat);
+        return beginPrintJob(printer_, documentName);
+    }
 
     // What a step has brought.
     std::vector<std::string> messages;
@@ -57,8 +76,17 @@ class WalkDialogs : public QtDialogs {
   private:
     bool showsRealOnes() { return modalsAllowed && random_.oneIn(4); }
 
+    void choosePaper() {
+        constexpr std::array papers = {QPageSize::A4, QPageSize::Letter, QPageSize::A8,
+                                       QPageSize::A0};
+        printer_.setPageSize(QPageSize(random_.pick(papers)));
+        printer_.setPageOrientation(random_.oneIn(2) ? QPageLayout::Portrait
+                                                     : QPageLayout::Landscape);
+    }
+
     Random& random_;
     Files& files_;
+    QPrinter printer_{QPrinter::HighResolution};
 };
 
 }  // namespace kestrel::walk
