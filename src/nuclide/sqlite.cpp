@@ -85,7 +85,8 @@ void SqliteConnection::guard() {
 }
 
 int SqliteConnection::isTooLate(void* connection) {
-    return Clock::now() > static_cast<SqliteConnection*>(connection)->deadline_ ? 1 : 0;
+    const std::clock_t used = std::clock() - static_cast<SqliteConnection*>(connection)->granted_;
+    return used > timeLimit ? 1 : 0;
 }
 
 SqliteConnection::~SqliteConnection() {
