@@ -1,15 +1,18 @@
-// The energy list of the nuclide database by the number of its lines, and the first use of an
-// Access database.
+// The energy list of the nuclide database by the number of its lines, with the plain query of the
+// same rows beside it, and the first use of an Access database.
 
 #include <benchmark/benchmark.h>
+#include <sqlite3.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <string>
+#include <system_error>
 
 #include "make_nuclide_data/nuclide_tables.h"
 #include "nuclide/energy_list.h"
+#include "nuclide/queries.h"
 
 namespace {
 
@@ -31,19 +34,31 @@ NuclideTables madeTables(std::int32_t lines) {
     return tables;
 }
 
-// A folder with a made database, kept for the whole run.
-const std::string& madeFolder(std::int32_t lines) {
-    static std::map<std::int32_t, std::string> folders;
-    std::string& folder = folders[lines];
+// Folders with made databases by their numbers of lines, as long as the program runs.
+struct MadeFolders {
+    std::map<std::int64_t, std::string> folders;
+    ~MadeFolders() {
+        std::error_code ignored;
+        for (const auto& [lines, folder] : folders)
+            std::filesystem::remove_all(folder, ignored);
+    }
+};
+
+const std::string& madeFolder(std::int64_t lines) {
+    static MadeFolders made;
+    std::string& folder = made.folders[lines];
     if (folder.empty()) {
         folder =
             (std::filesystem::temp_directory_path() / ("kestrel-bench-" + std::to_string(lines)))
                 .string();
         std::filesystem::create_directories(folder);
-        writeNuclideDatabase(madeTables(lines), folder + "/nuc2k.mdb");
+        writeNuclideDatabase(madeTables(static_cast<std::int32_t>(lines)), folder + "/nuc2k.mdb");
     }
     return folder;
 }
+
+constexpr double cursorEnergy = 60;  // keV; even the smallest made database has lines there
+constexpr double halfWidth = 3;
 
 void rebuild(benchmark::State& state, const std::string& folder, double energy) {
     NuclideDatabase database(KESTREL_JET_READER);
@@ -57,9 +72,32 @@ void rebuild(benchmark::State& state, const std::string& folder, double energy) 
 }
 
 void rebuildMade(benchmark::State& state) {
-    rebuild(state, madeFolder(static_cast<std::int32_t>(state.range(0))), 661.7);
+    rebuild(state, madeFolder(state.range(0)), cursorEnergy);
 }
-BENCHMARK(rebuildMade)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(rebuildMade)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMicrosecond);
+
+// All columns of the same rows as the library delivers them.
+void plainQuery(benchmark::State& state) {
+    const std::string path = madeFolder(state.range(0)) + "/nuc2k.mdb";
+    sqlite3* connection = nullptr;
+    sqlite3_open_v2(path.c_str(), &connection, SQLITE_OPEN_READONLY, nullptr);
+    sqlite3_stmt* query = nullptr;
+    sqlite3_prepare_v2(connection, energyWindowQuery.data(), -1, &query, nullptr);
+    sqlite3_bind_double(query, 1, cursorEnergy - halfWidth);
+    sqlite3_bind_double(query, 2, cursorEnergy + halfWidth);
+    int rows = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        for (rows = 0; sqlite3_step(query) == SQLITE_ROW; ++rows) {
+            for (int column = 0; column < sqlite3_column_count(query); ++column)
+                benchmark::DoNotOptimize(sqlite3_column_text(query, column));
+        }
+        sqlite3_reset(query);
+    }
+    state.counters["rows"] = rows;
+    sqlite3_finalize(query);
+    sqlite3_close(connection);
+}
+BENCHMARK(plainQuery)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMicrosecond);
 
 void rebuildBundled(benchmark::State& state) {
     rebuild(state, KESTREL_NUCLIDE_DATA, 661.7);

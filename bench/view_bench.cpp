@@ -1,5 +1,5 @@
-// What runs at a key press: repaint and cursor step; opening a file up to the painted plot; and
-// QCustomPlot painting the same counts.
+// What runs at a key press: repaint and cursor step; opening a file up to the painted plot; a
+// printed page; and QCustomPlot painting the same counts.
 
 #include <benchmark/benchmark.h>
 
@@ -7,16 +7,21 @@
 #include <string>
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QImage>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPrinter>
+#include <QTemporaryDir>
 #include <qcustomplot.h>
 
 #include "app/form2.h"
 #include "app/module1.h"
 #include "base/qt/kestrel_application.h"
 #include "base/qt/painter_canvas.h"
+#include "base/qt/print_job.h"
 #include "base/qt/qt_dialogs.h"
+#include "print/spectrum_printout.h"
 #include "spectrum/open_spectrum.h"
 #include "view/plot.h"
 
@@ -100,7 +105,7 @@ void cursorStep(benchmark::State& state) {
         right = !right;
     }
 }
-BENCHMARK(cursorStep)->Arg(4096)->Arg(16384)->Unit(benchmark::kMicrosecond);
+BENCHMARK(cursorStep)->Arg(1024)->Arg(4096)->Arg(16384)->Unit(benchmark::kMicrosecond);
 
 void openToPaintedPlot(benchmark::State& state) {
     const Program program(state.range(0));
@@ -109,7 +114,27 @@ void openToPaintedPlot(benchmark::State& state) {
         program.show();
     }
 }
-BENCHMARK(openToPaintedPlot)->Arg(4096)->Arg(16384)->Unit(benchmark::kMicrosecond);
+BENCHMARK(openToPaintedPlot)->Arg(1024)->Arg(4096)->Arg(16384)->Unit(benchmark::kMicrosecond);
+
+// A sheet of the whole spectrum as a PDF file.
+void printPage(benchmark::State& state) {
+    Program program(state.range(0));
+    const Module1& module = *program.module;
+    const PrintoutInput input{module.spectrum, module.derived, module.view};
+    const QTemporaryDir folder;
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFileName(folder.filePath(QStringLiteral("page.pdf")));
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    for (auto _ : state) {
+        const auto job = beginPrintJob(printer, "page");
+        const double headerEnd = printPageHeader(input.spectrum, job->canvas(), job->layout());
+        drawPrintedSpectrum(input, headerEnd, job->canvas(), program.dialogs);
+        drawEnergyAxis(input, job->canvas());
+        job->endDocument();
+    }
+    state.counters["bytes"] = static_cast<double>(QFileInfo(printer.outputFileName()).size());
+}
+BENCHMARK(printPage)->Arg(1024)->Arg(4096)->Arg(16384)->Unit(benchmark::kMillisecond);
 
 // The same counts as a step line on a logarithmic axis.
 void repaintQCustomPlot(benchmark::State& state) {

@@ -19,7 +19,9 @@ start_display() {
     XDG_RUNTIME_DIR=$(mktemp -d)
     chmod 700 "$XDG_RUNTIME_DIR"
     export XDG_RUNTIME_DIR
-    openbox --config-file /dev/null >/dev/null 2>&1 &
+    # Without settings of its own it would take the user's; it puts a message up for a file without any.
+    echo '<openbox_config xmlns="http://openbox.org/3.4/rc"/>' >"$XDG_RUNTIME_DIR/openbox.xml"
+    openbox --config-file "$XDG_RUNTIME_DIR/openbox.xml" >/dev/null 2>&1 &
     display_pids="$display_pids $!"
     # The window manager has taken over once it has named itself.
     for _ in $(seq 100); do
@@ -48,10 +50,15 @@ window_called() {
     [ -n "$(xdotool search --onlyvisible --name "$1")" ]
 }
 
+# activate CAPTION: brings the window to the front, once it is there.
+activate() {
+    wait_for window_called "$1"
+    xdotool windowactivate --sync "$(xdotool search --onlyvisible --name "$1" | tail -n 1)"
+}
+
 # take_nuclide_database: at a first start, Enter takes the database that comes with the program.
 take_nuclide_database() {
-    wait_for window_called '^OPEN NuclDB file'
-    xdotool windowactivate --sync "$(xdotool search --onlyvisible --name '^OPEN NuclDB file' | tail -n 1)"
+    activate '^OPEN NuclDB file'
     xdotool key Return
 }
 
