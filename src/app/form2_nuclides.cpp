@@ -82,10 +82,14 @@ void Form2::askNuclide() {
     showNuclideData();
 }
 
+// Another folder counts from the next use of the database on.
 void Form2::chooseDatabaseDir() {
+    const std::string before = module_.settings.marigoldDir;
     kestrel::chooseDirectory(module_.settings.marigoldDir, [this] {
         chooseDirectory("Option NuclDB Dir", "Full Path of nuc2k.mdb", this);
     });
+    if (module_.settings.marigoldDir != before)
+        module_.database.close();
 }
 
 void Form2::switchNuclideMarks() {

@@ -7,8 +7,10 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QTest>
+#include <QTimer>
 
 #include "app/form2.h"
+#include "app/form6.h"
 #include "app/module1.h"
 #include "base/qt/kestrel_application.h"
 #include "nuclide_fixture.h"
@@ -192,6 +194,23 @@ TEST_F(NuclideWindowsTest, AskForNamesEachByItsOwnRule) {
     EXPECT_EQ(dialogs.messages.back().text, "This nucl. does not exist on DB!");
     EXPECT_TRUE(nuclideData()->MSFlexGrid1->isVisible());
     EXPECT_EQ(nuclideData()->MSFlexGrid1->model()->rowCount(), 2);
+}
+
+TEST_F(NuclideWindowsTest, ReadAnotherDatabaseFromTheNextLookUpOn) {
+    const Grid& grid = *energyList(661.7)->MSFlexGrid1;
+    EXPECT_GT(grid.model()->rowCount(), 100);
+    QTimer::singleShot(0, qApp, [] {
+        auto* chooser = qobject_cast<Form6*>(QApplication::activeModalWidget());
+        ASSERT_NE(chooser, nullptr);
+        chooser->Text1->setText(QStringLiteral(KESTREL_TEST_DATA "/jet"));
+        QTest::keyClick(chooser->Text1, Qt::Key_Return);
+    });
+    form2->findChild<QAction*>(QStringLiteral("o11(1)"))->trigger();
+    EXPECT_EQ(module->settings.marigoldDir, KESTREL_TEST_DATA "/jet");
+    returnToPlot();
+    energyList(662.2);
+    EXPECT_GT(rowOf(grid, "Cs-137g", "661.66"), 0);
+    EXPECT_LT(grid.model()->rowCount(), 10) << "the small file has few lines";
 }
 
 TEST_F(NuclideWindowsTest, StayUsableWithoutADatabase) {
