@@ -7,6 +7,7 @@
 #include "base/runtime_fault.h"
 #include "fuzz_input.h"
 #include "spectrum/csv_export.h"
+#include "spectrum/data_information.h"
 #include "spectrum/open_spectrum.h"
 #include "view/status_text.h"
 
@@ -23,8 +24,8 @@ struct Session {
 void useSpectrum(const Session& session) {
     const Spectrum& spectrum = session.spectrum;
     require(session.headerLines.size() == 6);
-    dateHeader(spectrum);
-    commentHeader(spectrum);
+    dateLine(spectrum);
+    commentLine(spectrum);
     liveTimeHeader(spectrum);
     // Line after line the same: not worth the time for long spectra.
     if (spectrum.channelCount <= 256)

@@ -10,8 +10,6 @@
 namespace kestrel {
 namespace {
 
-constexpr double ticksPerSecond = 50.0;
-
 float single(double value) {
     return static_cast<float>(value);
 }

@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "base/input_file.h"
+
 namespace kestrel {
 namespace {
 
@@ -12,11 +14,6 @@ constexpr char mark = '?';
 
 bool isMarked(const std::string& setting) {
     return setting.starts_with(mark);
-}
-
-std::string currentDirectory() {
-    std::error_code gone;
-    return fs::current_path(gone).string();
 }
 
 }  // namespace

@@ -119,10 +119,6 @@ std::string shortestText(Number value) {
     return toUpper({buffer.data(), static_cast<std::size_t>(written.ptr - buffer.data())});
 }
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 std::size_t skipDigits(std::string_view text, std::size_t at) {
     while (at < text.size() && isDigit(text[at]))
         ++at;

@@ -9,7 +9,6 @@
 namespace kestrel {
 namespace {
 
-constexpr int black = 0;
 constexpr double columnPoints = 6;  // 12 columns an inch
 constexpr double linePoints = 12;   // 6 lines an inch
 constexpr double firstColumn = 10;
@@ -24,7 +23,7 @@ bool continues(char byte) {
 
 PageText::PageText(Canvas& canvas, const PageLayout& layout, int widest) : canvas_(canvas) {
     canvas_.setScale({0, 0, layout.width / columnPoints, layout.height / linePoints});
-    canvas_.setForeColour(standardPalette[black]);
+    canvas_.setForeColour(standardPalette[palette_number::black]);
     lineHeight_ = canvas_.textHeight();
     const double spare = canvas_.scale().right - widest * canvas_.textWidth("0");
     left_ = std::clamp(spare, 0.0, firstColumn);

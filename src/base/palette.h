@@ -16,4 +16,13 @@ inline constexpr Palette standardPalette = {
     0x808080, 0xFF0000, 0x00FF00, 0xFFFF00, 0x0000FF, 0xFF00FF, 0x00FFFF, 0xFFFFFF,
 };
 
+// Those that are named in more than one place.
+namespace palette_number {
+inline constexpr int black = 0;
+inline constexpr int green = 2;
+inline constexpr int lightGreen = 10;
+inline constexpr int lightRed = 12;
+inline constexpr int white = 15;
+}  // namespace palette_number
+
 }  // namespace kestrel

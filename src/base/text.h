@@ -30,6 +30,10 @@ std::string_view fromCharacter(std::string_view text, std::size_t n);
 // `count` characters from the n-th on, padded with blanks where the text is shorter.
 std::string charactersPadded(std::string_view text, std::size_t n, std::size_t count);
 
+constexpr bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
 // Right-aligned in a field of `width` characters; a longer text keeps its leftmost characters.
 std::string rightAligned(std::string_view text, std::size_t width);
 // The last `count` characters of `text`, or all of it when it is shorter.

@@ -7,6 +7,7 @@
 
 #include "base/qt/placement.h"
 #include "base/qt/text_codec.h"
+#include "base/virtual_key.h"
 #include "nuclide/nuclide_key.h"
 
 namespace kestrel {

@@ -10,6 +10,7 @@
 
 #include "base/qt/placement.h"
 #include "base/qt/text_codec.h"
+#include "base/virtual_key.h"
 
 namespace kestrel {
 namespace {

@@ -11,10 +11,4 @@ class NuclideWindows {
     virtual void showNuclideData() = 0;
 };
 
-// Virtual-key numbers of the keys in their grids.
-namespace virtual_key {
-inline constexpr int f10 = 121;
-inline constexpr int f11 = 122;
-}  // namespace virtual_key
-
 }  // namespace kestrel

@@ -1,8 +1,9 @@
 #include "print/form8.h"
 
+#include <memory>
+
 #include <QKeyEvent>
 #include <QPainter>
-#include <QScopeGuard>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -43,36 +44,25 @@ Form8::Form8(const PrintoutInput& input, Dialogs& dialogs, WindowPlacement& plac
 }
 
 void Form8::prn1_Click() {
-    job_ = dialogs_.print(baseName(input_.spectrum));
-    if (job_ == nullptr)
+    const std::unique_ptr<PrintJob> job = dialogs_.print(baseName(input_.spectrum));
+    if (job == nullptr)
         return;
-    printTarget_ = onPrinter;
     // A fault on the way gives the document up.
-    const auto end = qScopeGuard([this] {
-        printTarget_ = onWindow;
-        job_.reset();
-    });
-    const bool drawn = drawSheet(job_->layout());
+    const bool drawn = drawSheet(job->layout(), job->canvas());
     // The preview shows the paper that was chosen.
-    if (job_->layout() != layout_) {
-        layout_ = job_->layout();
-        printTarget_ = onWindow;
+    if (job->layout() != layout_) {
+        layout_ = job->layout();
         drawPreview();
-        printTarget_ = onPrinter;
     }
     if (drawn)
-        job_->endDocument();
+        job->endDocument();
 }
 
-Canvas& Form8::surface() {
-    return printTarget_ == onPrinter ? job_->canvas() : canvas_;
-}
-
-bool Form8::drawSheet(const PageLayout& layout) {
-    const double headerEnd = printPageHeader(input_.spectrum, surface(), layout);
-    if (!drawPrintedSpectrum(input_, headerEnd, surface(), dialogs_))
+bool Form8::drawSheet(const PageLayout& layout, Canvas& canvas) {
+    const double headerEnd = printPageHeader(input_.spectrum, canvas, layout);
+    if (!drawPrintedSpectrum(input_, headerEnd, canvas, dialogs_))
         return false;
-    drawEnergyAxis(input_, surface());
+    drawEnergyAxis(input_, canvas);
     return true;
 }
 
@@ -83,7 +73,7 @@ void Form8::drawPreview() {
     sheet_ = QImage(dots, QImage::Format_Grayscale8);
     sheet_.fill(Qt::white);
     canvas_.attach(&sheet_, dots, previewDotsPerPoint * pointsPerUnit);
-    drawSheet(layout_);
+    drawSheet(layout_, canvas_);
     canvas_.finish();
     shown_ = QImage();
     update();

@@ -1,9 +1,6 @@
 // Form8, the print preview: the sheet as the printer will make it, to be printed or left.
 #pragma once
 
-#include <cstdint>
-#include <memory>
-
 #include <QImage>
 #include <QMenuBar>
 
@@ -36,19 +33,11 @@ class Form8 : public ModalForm {
   private:
     void prn1_Click();
     void drawPreview();
-    bool drawSheet(const PageLayout& layout);
+    bool drawSheet(const PageLayout& layout, Canvas& canvas);
     QRectF paperRect() const;
-
-    // Where the drawing goes.
-    Canvas& surface();
-
-    static constexpr std::int16_t onWindow = 0;
-    static constexpr std::int16_t onPrinter = 3;
 
     PrintoutInput input_;
     Dialogs& dialogs_;
-    std::int16_t printTarget_ = onWindow;
-    std::unique_ptr<PrintJob> job_;  // while printing
     PageLayout layout_;
     QImage sheet_;
     QImage shown_;  // the sheet in the size that the window has room for

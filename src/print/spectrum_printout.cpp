@@ -13,11 +13,11 @@
 #include "base/runtime_fault.h"
 #include "base/text.h"
 #include "print/energy_axis.h"
+#include "spectrum/data_information.h"
 #include "spectrum/start_date.h"
 #include "view/axes.h"
 #include "view/curve.h"
 #include "view/plot.h"
-#include "view/status_text.h"
 
 namespace kestrel {
 namespace {
@@ -57,8 +57,8 @@ std::string liveTime(const Spectrum& spectrum) {
 
 std::vector<std::string> headerLines(const Spectrum& spectrum) {
     return {
-        dateHeader(spectrum),
-        commentHeader(spectrum),
+        dateLine(spectrum),
+        commentLine(spectrum),
         liveTime(spectrum),
         "Mca : " + plainNumber(std::int64_t{spectrum.mcaNumber}),
         "Seg : " + plainNumber(std::int64_t{spectrum.segmentNumber}),
@@ -147,8 +147,7 @@ void drawPage(const PrintoutInput& input, double headerEnd, Canvas& canvas) {
 double printPageHeader(const Spectrum& spectrum, Canvas& canvas, const PageLayout& layout) {
     PageText page(canvas, layout);
     page.printZones({"Kestrel ", "File Name: " + spectrum.filePath,
-                     "Date: " + formatStartDate(spectrum.startDate) + "-" +
-                         std::string(spectrum.startTime.view()),
+                     "Date: " + formatStart(spectrum.startDate, spectrum.startTime),
                      liveTime(spectrum)});
     return page.used();
 }

@@ -7,12 +7,19 @@
 
 namespace kestrel {
 
+std::string dateLine(const Spectrum& spectrum) {
+    return "Date     : " + formatStart(spectrum.startDate, spectrum.startTime);
+}
+
+std::string commentLine(const Spectrum& spectrum) {
+    return "Comment  : " + std::string(spectrum.comment.view());
+}
+
 std::vector<std::string> buildHeaderLines(const Spectrum& spectrum) {
     return {
         "File Name: " + spectrum.filePath,
-        "Date     : " + formatStartDate(spectrum.startDate) + "-" +
-            std::string(spectrum.startTime.view()),
-        "Comment  : " + std::string(spectrum.comment.view()),
+        dateLine(spectrum),
+        commentLine(spectrum),
         "Live Time: " + signedNumber(std::int64_t{spectrum.liveTime}) + "sec",
         "Mca No   : " + signedNumber(std::int64_t{spectrum.mcaNumber}),
         "Seg No   : " + signedNumber(std::int64_t{spectrum.segmentNumber}),

@@ -39,9 +39,6 @@ constexpr std::array<LabelledValue, 2> header = {{
      }},
 }};
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 bool isLetter(char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }

@@ -1,7 +1,6 @@
 #include "spectrum/labo_reader.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <string_view>
 #include <vector>

@@ -27,7 +27,6 @@ constexpr std::size_t fieldWidth = 7;
 constexpr std::size_t blockSize = 65536;
 // One field more than there is room for, so that a longer capture raises its fault.
 constexpr std::size_t mostFieldBytes = fieldWidth * (channelLimit + 1);
-constexpr std::int64_t ticksPerSecond = 50;
 
 struct Header {
     std::string text;       // as much of it as a comment takes
@@ -84,8 +83,8 @@ void takeTimesAndLength(std::int32_t fields, Spectrum& spectrum) {
     // The channel that the length counts too many shows nothing of an earlier spectrum.
     if (fields < static_cast<std::int32_t>(channelLimit))
         spectrum.counts[fields] = 0;
-    spectrum.liveTime = narrow32(ticksPerSecond * spectrum.counts[0]);
-    spectrum.realTime = fields > 1 ? narrow32(ticksPerSecond * spectrum.counts[1]) : 0;
+    spectrum.liveTime = ticksFromSeconds(spectrum.counts[0]);
+    spectrum.realTime = fields > 1 ? ticksFromSeconds(spectrum.counts[1]) : 0;
 }
 
 }  // namespace

@@ -58,8 +58,6 @@ constexpr std::array<Ending, 4> endings = {{
     {".txt", 6, canberra35Mark, 7},
 }};
 
-constexpr double ticksPerSecond = 50.0;
-
 FileDialog openDialog(const std::string& folder, int filterIndex) {
     FileDialog dialog{.title = "Open", .filters = {}, .filterIndex = filterIndex, .folder = folder};
     for (const Format& format : formats)

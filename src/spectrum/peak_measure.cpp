@@ -9,8 +9,7 @@
 namespace kestrel {
 namespace {
 
-constexpr double centreThreshold = 10.0;  // a measure above it is the centre of a peak
-constexpr double background = 1.0;        // and one up to this is none of a peak
+constexpr double background = 1.0;  // a measure up to this is none of a peak
 constexpr double leftFlank = 4.0;
 constexpr double rightFlank = 8.0;
 constexpr double mirroredFlank = 2.0;
@@ -84,7 +83,7 @@ void computePeakMeasure(std::span<const std::int32_t> counts, std::span<double> 
     const std::vector<FoundPeak> peaks = findPeaks(counts);
     const Marks marks{counts, measure};
     for (const FoundPeak& peak : peaks)
-        marks.at(peak.centre) = centreThreshold * peak.significance / peakThreshold;
+        marks.at(peak.centre) = peakCentreMeasure * peak.significance / peakThreshold;
     for (const FoundPeak& peak : peaks)
         markSurroundings(marks, peak.centre);
 }

@@ -14,6 +14,9 @@ namespace kestrel {
 
 class InputFile;
 
+// Real and live times of the formats are in ticks of 20 ms.
+inline constexpr double ticksPerSecond = 50.0;
+
 // Energy in keV = A + B * channel + C * channel^2.
 struct Calibration {
     double a = 0;

@@ -33,7 +33,7 @@ unsigned dayOf(std::string_view characters) {
     const std::string_view digits = trimBlanks(characters);
     unsigned day = 0;
     for (const char digit : digits) {
-        if (digit < '0' || digit > '9')
+        if (!isDigit(digit))
             return 0;
         day = day * 10 + static_cast<unsigned>(digit - '0');
     }
@@ -69,6 +69,10 @@ std::string formatStartDate(const FixedText<8>& startDate) {
         return text + plainNumber(std::int64_t{*year});
     return plainNumber(std::int64_t{*year}) + "/" + formatNumber(monthOf(month), "00") + "/" +
            formatNumber(dayOf(day), "00");
+}
+
+std::string formatStart(const FixedText<8>& startDate, const FixedText<6>& startTime) {
+    return formatStartDate(startDate) + "-" + std::string(startTime.view());
 }
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// The acquisition date of a spectrum as text.
+// When a spectrum was taken, as text.
 #pragma once
 
 #include <string>
@@ -10,5 +10,8 @@ namespace kestrel {
 // DDMMMYYc, c the century mark, as "yyyy/mm/dd"; "DD/MMM/YYYY" where that is no calendar date;
 // empty when all characters are blank. Raises no faults.
 std::string formatStartDate(const FixedText<8>& startDate);
+
+// The start of a measurement: that date, a "-", and the time as it stands in the file.
+std::string formatStart(const FixedText<8>& startDate, const FixedText<6>& startTime);
 
 }  // namespace kestrel

@@ -9,10 +9,8 @@
 namespace kestrel {
 namespace {
 
-constexpr double ticksPerSecond = 50.0;
-
 std::uint8_t digitValue(char c) {
-    return c >= '0' && c <= '9' ? static_cast<std::uint8_t>(c - '0') : std::uint8_t{0};
+    return isDigit(c) ? static_cast<std::uint8_t>(c - '0') : std::uint8_t{0};
 }
 
 }  // namespace

@@ -15,10 +15,6 @@
 namespace kestrel {
 namespace {
 
-constexpr int lightGreen = 10;
-constexpr int lightRed = 12;
-constexpr int white = 15;
-
 constexpr int channelsPerPicture = 4096;  // more than that many are drawn in groups
 
 // Whether a channel before the last has counts. The search ends at the first one: a channel count
@@ -103,7 +99,7 @@ class CurvePainter {
             return *fixedColour_;
         const Colour colour =
             channel >= input_.spectrum.channelCount ? 0 : input_.channelColour[channel];
-        return colour == 0 ? input_.palette[white] : colour;
+        return colour == 0 ? input_.palette[palette_number::white] : colour;
     }
 
     void drawChannels(std::int64_t from, std::int64_t to) {
@@ -201,10 +197,10 @@ void drawRegions(const PlotInput& input, Canvas& canvas) {
     });
     if (!hasCurve(input.spectrum))
         return;
-    const Colour background = input.palette[lightGreen];
+    const Colour background = input.palette[palette_number::lightGreen];
     CurvePainter curve(input, canvas);
     curve.drawAgain(bounds[0], bounds[1], background);
-    curve.drawAgain(bounds[2], bounds[3], input.palette[lightRed]);
+    curve.drawAgain(bounds[2], bounds[3], input.palette[palette_number::lightRed]);
     curve.drawAgain(bounds[4], bounds[5], background);
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 
 #include "base/runtime_fault.h"
 #include "spectrum/energy_calibration.h"

@@ -10,6 +10,7 @@
 #include <QWindow>
 
 #include "base/palette.h"
+#include "base/qt/colours.h"
 #include "base/qt/fonts.h"
 #include "base/qt/virtual_keys.h"
 
@@ -18,11 +19,6 @@ namespace {
 
 constexpr double plotFontPoints = 10;
 constexpr int notch = QWheelEvent::DefaultDeltasPerStep;
-
-QColor markColour() {
-    const Colour colour = standardPalette[CursorMark::colour];
-    return QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
-}
 
 }  // namespace
 
@@ -90,7 +86,7 @@ void PictureBox::paintEvent(QPaintEvent* event) {
         const QPoint bottom = canvas_.toDevice(mark_.cursor.x, CursorMark::bottom);
         const int width = std::max(1, qRound(ratio));
         painter.fillRect(QRect(top.x() - width / 2, top.y(), width, bottom.y() - top.y() + 1),
-                         markColour());
+                         toQColor(standardPalette[CursorMark::colour]));
     }
 }
 

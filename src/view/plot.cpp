@@ -4,16 +4,13 @@
 
 #include "base/integers.h"
 #include "base/number_text.h"
+#include "spectrum/data_information.h"
 #include "view/axes.h"
 #include "view/curve.h"
 #include "view/status_text.h"
 
 namespace kestrel {
 namespace {
-
-constexpr int black = 0;
-constexpr int lightRed = 12;
-constexpr int white = 15;
 
 constexpr double labelDistance = 0.04;  // of the count axis labels, as a part of the width
 
@@ -24,7 +21,7 @@ double labelPosition(const ViewState& view) {
 void drawLinearPlot(const PlotInput& input, Canvas& canvas) {
     const ViewState& view = input.view;
     drawCountAxis(view, canvas);
-    canvas.point(labelPosition(view), plotTop, input.palette[white]);
+    canvas.point(labelPosition(view), plotTop, input.palette[palette_number::white]);
     canvas.print(fullScaleLabel(view.yScaleExp));
     printAt(canvas, labelPosition(view), plotTop - canvas.textHeight(), "cnt");
     for (int quarter = 0; quarter <= 4; ++quarter)
@@ -48,18 +45,18 @@ void drawHeaderTexts(const PlotInput& input, Canvas& canvas) {
     const int range = input.view.viewEndCh - start;
     const std::int16_t x1 = toInt16(start + range / 4.0);
     const std::int16_t x2 = toInt16(start + 3 * range / 4.0);
-    printAt(canvas, x1, 1160, dateHeader(input.spectrum));
+    printAt(canvas, x1, 1160, dateLine(input.spectrum));
     printAt(canvas, x1, 1120, "");
-    printAt(canvas, x1, 1080, commentHeader(input.spectrum));
+    printAt(canvas, x1, 1080, commentLine(input.spectrum));
     printAt(canvas, x2, 1000, liveTimeHeader(input.spectrum));
 }
 
 }  // namespace
 
 void drawSpectrum(const PlotInput& input, Canvas& canvas, Dialogs& dialogs) {
-    canvas.clear(input.palette[black]);
+    canvas.clear(input.palette[palette_number::black]);
     drawChannelAxis(input.view, canvas);
-    canvas.setForeColour(input.palette[lightRed]);
+    canvas.setForeColour(input.palette[palette_number::lightRed]);
     dialogs.setPointer(Pointer::Hourglass);
     if (input.view.linLogMode == CountAxis::Linear)
         drawLinearPlot(input, canvas);

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "base/integers.h"
+#include "spectrum/peak_measure.h"
 #include "view/status_text.h"
 
 namespace kestrel {
@@ -207,7 +208,7 @@ void SpectrumView::downKey() {
 }
 
 bool SpectrumView::isPeak(int channel) const {
-    return input_.derived.peakSignificance[channel] > 10.0;
+    return input_.derived.peakSignificance[channel] > peakCentreMeasure;
 }
 
 // Both searches start inside the spectrum, wherever the cursor is, and end one past it.

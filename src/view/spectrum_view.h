@@ -8,6 +8,7 @@
 
 #include "base/canvas.h"
 #include "base/dialogs.h"
+#include "base/virtual_key.h"
 #include "view/plot.h"
 #include "view/view_state.h"
 
@@ -27,7 +28,7 @@ struct CursorMark {
     // Vertical extent of both lines.
     static constexpr double bottom = 10.0;
     static constexpr double top = plotTop;
-    static constexpr int colour = 2;
+    static constexpr int colour = palette_number::green;
 };
 
 // Commands of the main window that have a key on the plot.
@@ -52,26 +53,6 @@ class ViewWindow {
     virtual void focusPlot() = 0;
     virtual void run(PlotCommand command) = 0;
 };
-
-// Virtual-key numbers of the keys that the plot knows.
-namespace virtual_key {
-inline constexpr int pageUp = 33;
-inline constexpr int pageDown = 34;
-inline constexpr int left = 37;
-inline constexpr int up = 38;
-inline constexpr int right = 39;
-inline constexpr int down = 40;
-inline constexpr int pageUpAlso = 63;
-inline constexpr int pageDownAlso = 64;
-inline constexpr int f1 = 112;
-inline constexpr int f5 = 116;
-inline constexpr int f7 = 118;
-inline constexpr int comma = 188;
-inline constexpr int fullStop = 190;
-}  // namespace virtual_key
-
-// Shift state: 0 for no modifier, 1 Shift, 2 Ctrl, 4 Alt, or their sum.
-inline constexpr int shiftHeld = 1;
 
 class SpectrumView {
   public:

@@ -3,12 +3,12 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "spectrum/energy_calibration.h"
-#include "spectrum/start_date.h"
+#include "spectrum/peak_measure.h"
 
 namespace kestrel {
 
 char peakMark(double significance) {
-    if (significance > 10.0)
+    if (significance > peakCentreMeasure)
         return '*';
     if (significance > 5.0)
         return '-';
@@ -26,17 +26,8 @@ std::string statusLine(const Spectrum& spectrum, const DerivedArrays& derived,
            " c:" + rightAligned(formatNumber(spectrum.countsAt(channel), "#####0"), 8);
 }
 
-std::string dateHeader(const Spectrum& spectrum) {
-    return "Date     : " + formatStartDate(spectrum.startDate) + "-" +
-           std::string(spectrum.startTime.view());
-}
-
-std::string commentHeader(const Spectrum& spectrum) {
-    return "Comment  : " + std::string(spectrum.comment.view());
-}
-
 std::string liveTimeHeader(const Spectrum& spectrum) {
-    return "Live: " + formatNumber(spectrum.liveTimeTicks / 50.0, "0.00") + "sec";
+    return "Live: " + formatNumber(spectrum.liveTimeTicks / ticksPerSecond, "0.00") + "sec";
 }
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// The status line of the cursor, and the header texts of the plot.
+// The status line of the cursor, and the live time of the plot.
 #pragma once
 
 #include <string>
@@ -16,8 +16,6 @@ char peakMark(double significance);
 std::string statusLine(const Spectrum& spectrum, const DerivedArrays& derived,
                        std::int16_t channel);
 
-std::string dateHeader(const Spectrum& spectrum);
-std::string commentHeader(const Spectrum& spectrum);
 std::string liveTimeHeader(const Spectrum& spectrum);
 
 }  // namespace kestrel

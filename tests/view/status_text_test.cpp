@@ -55,13 +55,8 @@ TEST_F(StatusText, ShowsChannelsPastTheEndAsEmpty) {
     EXPECT_FAULT(statusLine(*spectrum, *derived, -1), Fault::SubscriptOutOfRange);
 }
 
-TEST_F(StatusText, WritesTheHeaderTexts) {
-    spectrum->startDate.assign("16NOV261");
-    spectrum->startTime.assign("123005");
-    spectrum->comment.assign("Soil 1");
+TEST_F(StatusText, TellsTheLiveTimeToHundredths) {
     spectrum->liveTimeTicks = 30001;
-    EXPECT_EQ(dateHeader(*spectrum), "Date     : 2026/11/16-123005");
-    EXPECT_EQ(commentHeader(*spectrum), "Comment  : Soil 1" + std::string(58, ' '));
     EXPECT_EQ(liveTimeHeader(*spectrum), "Live: 600.02sec");
 }
 

@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QStyledItemDelegate>
 
+#include "base/qt/colours.h"
 #include "base/qt/fonts.h"
 #include "base/qt/text_codec.h"
 #include "base/qt/virtual_keys.h"
@@ -30,10 +31,6 @@ class ColouredCells : public QStyledItemDelegate {
             option->state &= ~QStyle::State_Selected;
     }
 };
-
-QColor toQtColor(Colour colour) {
-    return {colour & 0xFF, colour >> 8 & 0xFF, colour >> 16 & 0xFF};
-}
 
 std::vector<GridModel::Column> columnsOf(std::string_view format) {
     std::vector<GridModel::Column> columns;
@@ -84,8 +81,8 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
         case Qt::TextAlignmentRole:
             return QVariant(columns_[column].alignment);
         case Qt::BackgroundRole:
-            return toQtColor(
-                palette_.at(static_cast<std::size_t>(filled ? row[column].colour : 15)));
+            return toQColor(palette_.at(
+                static_cast<std::size_t>(filled ? row[column].colour : palette_number::white)));
         case Qt::ForegroundRole:
             return QColor(Qt::black);
         default:

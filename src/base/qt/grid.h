@@ -14,7 +14,7 @@ namespace kestrel {
 
 struct GridCell {
     std::string text;
-    int colour = 15;  // of the background, by its number in the palette
+    int colour = palette_number::white;  // of the background, by its number in the palette
 };
 using GridRow = std::vector<GridCell>;
 

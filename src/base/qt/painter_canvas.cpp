@@ -8,6 +8,7 @@
 #include <QFontMetricsF>
 #include <QPen>
 
+#include "base/qt/colours.h"
 #include "base/qt/text_codec.h"
 
 namespace kestrel {
@@ -18,10 +19,6 @@ constexpr double farthestDot = 30000.0;
 
 int toDot(double value) {
     return std::isfinite(value) ? qRound(std::clamp(value, -farthestDot, farthestDot)) : 0;
-}
-
-QColor toQColor(Colour colour) {
-    return QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
 }
 
 // Dots per user unit; 0 for an axis without extent, which then is a single place.
@@ -40,8 +37,7 @@ void PainterCanvas::attach(QPaintDevice* device, QSize dots, double dotsPerUnit,
     dotsPerUnit_ = dotsPerUnit;
     lineDots_ = lineDots;
     // In dots, whatever resolution the device claims to have.
-    constexpr double unitsPerPoint = 96.0 / 72.0;
-    font_.setPixelSize(std::max(1, qRound(fontPoints_ * unitsPerPoint * dotsPerUnit)));
+    font_.setPixelSize(std::max(1, qRound(fontPoints_ / pointsPerUnit * dotsPerUnit)));
     updateFactors();
 }
 

@@ -16,6 +16,9 @@
 
 namespace kestrel {
 
+// Points (1/72 inch) in a canvas unit (1/96 inch).
+inline constexpr double pointsPerUnit = 72.0 / 96.0;
+
 class PainterCanvas : public Canvas {
   public:
     // The font's size is in points.

@@ -12,9 +12,6 @@
 
 namespace kestrel {
 
-// Points (1/72 inch) in a canvas unit (1/96 inch).
-inline constexpr double pointsPerUnit = 72.0 / 96.0;
-
 // The font of every printout.
 QFont printFont();
 

@@ -1,6 +1,5 @@
 #include "base/qt/qt_dialogs.h"
 
-#include <algorithm>
 #include <cctype>
 
 #include <QApplication>

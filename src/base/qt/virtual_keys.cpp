@@ -1,5 +1,7 @@
 #include "base/qt/virtual_keys.h"
 
+#include "base/virtual_key.h"
+
 namespace kestrel {
 namespace {
 
@@ -14,26 +16,26 @@ int codeOf(int key) {
     if (isItsOwnNumber(key))
         return key;
     if (key >= Qt::Key_F1 && key <= Qt::Key_F24)
-        return key - Qt::Key_F1 + 112;
+        return key - Qt::Key_F1 + virtual_key::f1;
     switch (key) {
         case Qt::Key_PageUp:
-            return 33;
+            return virtual_key::pageUp;
         case Qt::Key_PageDown:
-            return 34;
+            return virtual_key::pageDown;
         case Qt::Key_Left:
-            return 37;
+            return virtual_key::left;
         case Qt::Key_Up:
-            return 38;
+            return virtual_key::up;
         case Qt::Key_Right:
-            return 39;
+            return virtual_key::right;
         case Qt::Key_Down:
-            return 40;
+            return virtual_key::down;
         case Qt::Key_Comma:
         case Qt::Key_Less:
-            return 188;
+            return virtual_key::comma;
         case Qt::Key_Period:
         case Qt::Key_Greater:
-            return 190;
+            return virtual_key::fullStop;
         default:
             return 0;
     }
@@ -46,11 +48,11 @@ VirtualKey virtualKey(const QKeyEvent& event) {
     // The signs count as the shifted keys that they are on most keyboards, also where they have a
     // key of their own.
     const bool sign = event.key() == Qt::Key_Less || event.key() == Qt::Key_Greater;
-    return {codeOf(event.key()), sign ? shift | 1 : shift};
+    return {codeOf(event.key()), sign ? shift | shiftHeld : shift};
 }
 
 int shiftState(Qt::KeyboardModifiers modifiers) {
-    return (modifiers.testFlag(Qt::ShiftModifier) ? 1 : 0) |
+    return (modifiers.testFlag(Qt::ShiftModifier) ? shiftHeld : 0) |
            (modifiers.testFlag(Qt::ControlModifier) ? 2 : 0) |
            (modifiers.testFlag(Qt::AltModifier) ? 4 : 0);
 }
