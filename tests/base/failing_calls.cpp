@@ -63,8 +63,11 @@ auto call(const char* name, Whole whole, Failing failing) {
     return call(name, whole, failing, whole);
 }
 
-int minusOne() {
-    return -1;
+template <typename... Arguments>
+int failingWithMinusOne(const char* name, Arguments... arguments) {
+    auto* const real = next<int(Arguments...)>(name);
+    return call(
+        name, [&] { return real(arguments...); }, [] { return -1; });
 }
 
 }  // namespace
@@ -86,7 +89,7 @@ bool FailingCalls::happened() {
 
 // These stand in front of the C library's own.
 using kestrel::test::call;
-using kestrel::test::minusOne;
+using kestrel::test::failingWithMinusOne;
 using kestrel::test::next;
 using kestrel::test::writesShort;
 
@@ -118,51 +121,28 @@ int fclose(FILE* file) {
 }
 
 int fsync(int file) {
-    static auto* const real = next<int(int)>("fsync");
-    return call(
-        "fsync", [&] { return real(file); }, minusOne);
+    return failingWithMinusOne("fsync", file);
 }
-
 int rename(const char* from, const char* to) noexcept {
-    static auto* const real = next<int(const char*, const char*)>("rename");
-    return call(
-        "rename", [&] { return real(from, to); }, minusOne);
+    return failingWithMinusOne("rename", from, to);
 }
-
 int remove(const char* path) noexcept {
-    static auto* const real = next<int(const char*)>("remove");
-    return call(
-        "remove", [&] { return real(path); }, minusOne);
+    return failingWithMinusOne("remove", path);
 }
-
 int mkdir(const char* path, mode_t mode) noexcept {
-    static auto* const real = next<int(const char*, mode_t)>("mkdir");
-    return call(
-        "mkdir", [&] { return real(path, mode); }, minusOne);
+    return failingWithMinusOne("mkdir", path, mode);
 }
-
 int stat(const char* path, struct stat* status) noexcept {
-    static auto* const real = next<int(const char*, struct stat*)>("stat");
-    return call(
-        "stat", [&] { return real(path, status); }, minusOne);
+    return failingWithMinusOne("stat", path, status);
 }
-
 int lstat(const char* path, struct stat* status) noexcept {
-    static auto* const real = next<int(const char*, struct stat*)>("lstat");
-    return call(
-        "lstat", [&] { return real(path, status); }, minusOne);
+    return failingWithMinusOne("lstat", path, status);
 }
-
 int access(const char* path, int mode) noexcept {
-    static auto* const real = next<int(const char*, int)>("access");
-    return call(
-        "access", [&] { return real(path, mode); }, minusOne);
+    return failingWithMinusOne("access", path, mode);
 }
-
 int fchmodat(int folder, const char* path, mode_t mode, int flags) noexcept {
-    static auto* const real = next<int(int, const char*, mode_t, int)>("fchmodat");
-    return call(
-        "fchmodat", [&] { return real(folder, path, mode, flags); }, minusOne);
+    return failingWithMinusOne("fchmodat", folder, path, mode, flags);
 }
 
 }  // extern "C"

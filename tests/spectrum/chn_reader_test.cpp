@@ -1,11 +1,7 @@
 #include "spectrum/chn_reader.h"
 
-#include <gtest/gtest.h>
-
 #include "chn_bytes.h"
-#include "fault_matcher.h"
-#include "scripted_dialogs.h"
-#include "temp_folder.h"
+#include "reader_fixture.h"
 
 namespace kestrel {
 namespace {
@@ -15,16 +11,9 @@ using test::extension;
 using test::padded;
 using test::trailer;
 
-class ChnReader : public testing::Test {
+class ChnReader : public test::ReaderTest {
   protected:
-    bool read(const std::string& bytes) {
-        spectrum.filePath = folder.write("test.chn", bytes);
-        return readChnFile(spectrum, dialogs);
-    }
-
-    test::TempFolder folder;
-    test::ScriptedDialogs dialogs;
-    Spectrum spectrum;
+    ChnReader() : ReaderTest(readChnFile) {}
 };
 
 TEST_F(ChnReader, ReadsHeaderCountsAndCommentOfTheFirstKind) {
@@ -150,8 +139,7 @@ TEST_F(ChnReader, SurvivesEveryHeaderByteFlipped) {
 }
 
 TEST_F(ChnReader, RaisesTheFileFaultsOfMissingFilesAndFolders) {
-    spectrum.filePath = folder.file("gone.chn");
-    EXPECT_FAULT(readChnFile(spectrum, dialogs), Fault::FileNotFound);
+    EXPECT_FAULT(readMissing(), Fault::FileNotFound);
     spectrum.filePath = folder.path();
     EXPECT_FAULT(readChnFile(spectrum, dialogs), Fault::PathAccess);
 }

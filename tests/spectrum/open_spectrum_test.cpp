@@ -154,13 +154,6 @@ TEST_F(OpenSpectrum, RefusesAPathWhoseNameNoFilterFitsAndChangesNothing) {
     EXPECT_EQ(lastDirectory, before);
 }
 
-TEST_F(OpenSpectrum, PutsTheUserCalibrationInForceWhenTheFilesAreNotToBeUsed) {
-    spectrum.useFileCalibration = 0;
-    spectrum.calDefault = {1, 2, 3};
-    open(folder.write("a.chn", test::ChnBytes{.seconds = std::string("\0\1", 2)}.bytes()));
-    EXPECT_EQ(spectrum.calCurrent, spectrum.calDefault);
-}
-
 TEST_F(OpenSpectrum, GoesOnAfterAFault) {
     EXPECT_FAULT(open(folder.file("gone.chn")), Fault::FileNotFound);
     EXPECT_FAULT(open(folder.write("long.chn", test::ChnBytes{.channelCount = 17002}.bytes())),

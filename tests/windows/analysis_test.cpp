@@ -1,59 +1,32 @@
 // Calibrating and measuring through the real windows.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <functional>
-#include <memory>
 
-#include <QApplication>
-#include <QTest>
 #include <QTimer>
 
 #include "analysis/form11.h"
 #include "analysis/form5.h"
 #include "analysis/net_area.h"
-#include "app/form2.h"
 #include "app/form6.h"
-#include "base/qt/kestrel_application.h"
 #include "chn_bytes.h"
-#include "scripted_dialogs.h"
-#include "temp_folder.h"
+#include "window_fixture.h"
 
 namespace kestrel {
 namespace {
 
-class Analysis : public testing::Test {
+class Analysis : public test::WindowTest {
   protected:
     Analysis() {
-        static_cast<KestrelApplication*>(qApp)->showFaultsIn(dialogs);
-        startModule1(*module, folder.path());
         start();
-        open(KESTREL_SAMPLES "/eu152-co60-cs137-4096.chn");
+        openSample();
     }
 
-    void start() {
-        form2 = std::make_unique<Form2>(*module, dialogs);
-        form2->show();
-        QApplication::processEvents();
-    }
     void restart() {
         form2->close();
         form2.reset();
         module = std::make_unique<Module1>();
         startModule1(*module, folder.path());
         start();
-    }
-    void open(const std::string& path) {
-        dialogs.fileAnswer = {.path = path, .filterIndex = 1};
-        key(Qt::Key_G);
-    }
-    void key(Qt::Key which) const { QTest::keyClick(form2->Picture1, which); }
-    void trigger(const char* name) const {
-        for (const QWidget* window : QApplication::topLevelWidgets()) {
-            if (auto* action = window->findChild<QAction*>(QString::fromLatin1(name)))
-                return action->trigger();
-        }
-        FAIL() << name;
     }
     // Goes to a channel by the input box and enters it by the right button.
     void enter(int channel) {
@@ -86,10 +59,6 @@ class Analysis : public testing::Test {
         QTest::keyClicks(field, QString::fromLatin1(text));
     }
 
-    test::TempFolder folder;
-    test::ScriptedDialogs dialogs;
-    std::unique_ptr<Module1> module = std::make_unique<Module1>();
-    std::unique_ptr<Form2> form2;
     int modal = 0;
 };
 

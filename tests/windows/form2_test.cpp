@@ -1,52 +1,24 @@
-#include "app/form2.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
-
-#include <QApplication>
+// The main window, worked by keys, buttons, menus, drops and the wheel.
 #include <QClipboard>
 #include <QDropEvent>
 #include <QMimeData>
-#include <QTest>
 #include <QUrl>
 #include <QWheelEvent>
 
-#include "app/module1.h"
-#include "base/qt/kestrel_application.h"
 #include "chn_bytes.h"
-#include "scripted_dialogs.h"
-#include "temp_folder.h"
+#include "window_fixture.h"
 
 namespace kestrel {
 namespace {
 
-class MainWindow : public testing::Test {
+class MainWindow : public test::WindowTest {
   protected:
-    MainWindow() {
-        static_cast<KestrelApplication*>(qApp)->showFaultsIn(dialogs);
-        startModule1(*module, folder.path());
-        start();
-    }
+    MainWindow() { start(); }
 
     void start() {
-        form2 = std::make_unique<Form2>(*module, dialogs);
-        form2->show();
-        QApplication::processEvents();
+        WindowTest::start();
         form2->grab();
         QApplication::processEvents();
-    }
-
-    void open(const std::string& path) {
-        dialogs.fileAnswer = {.path = path, .filterIndex = 1};
-        QTest::keyClick(form2->Picture1, Qt::Key_G);
-    }
-    void openSample() { open(KESTREL_SAMPLES "/eu152-co60-cs137-4096.chn"); }
-
-    void trigger(const char* name) const {
-        auto* action = form2->findChild<QAction*>(QString::fromLatin1(name));
-        ASSERT_NE(action, nullptr) << name;
-        action->trigger();
     }
     std::string status() const { return form2->Text1->text().toStdString(); }
     std::string caption() const { return form2->windowTitle().toStdString(); }
@@ -60,11 +32,6 @@ class MainWindow : public testing::Test {
             count += (picture.pixel(x, y) | 0xFF000000) == colour ? 1 : 0;
         return count;
     }
-
-    test::TempFolder folder;
-    test::ScriptedDialogs dialogs;
-    std::unique_ptr<Module1> module = std::make_unique<Module1>();
-    std::unique_ptr<Form2> form2;
 };
 
 constexpr QRgb green = 0xFF008000;
@@ -175,7 +142,7 @@ TEST_F(MainWindow, SavesTheSpectrumAsCsvAndGoesBackToThePlot) {
 TEST_F(MainWindow, ShowsOneGreenMarkAtTheCursorAndNoTraceOfOlderOnes) {
     openSample();
     for (int i = 0; i < 20; ++i)
-        QTest::keyClick(form2->Picture1, Qt::Key_Right, Qt::ShiftModifier);
+        key(Qt::Key_Right, Qt::ShiftModifier);
     ASSERT_EQ(module->view.cursorCh, 640);
     const QImage shown = form2->Picture1->grab().toImage().convertToFormat(QImage::Format_RGB32);
     int green_columns = 0;
@@ -191,10 +158,10 @@ TEST_F(MainWindow, ShowsOneGreenMarkAtTheCursorAndNoTraceOfOlderOnes) {
 
 TEST_F(MainWindow, JumpsFromPeakToPeakByTheSigns) {
     openSample();
-    QTest::keyClick(form2->Picture1, Qt::Key_A);  // an action of its own, later
+    key(Qt::Key_A);  // an action of its own, later
     int peaks = 0;
     while (module->view.cursorCh < 4096 && peaks < 1000) {
-        QTest::keyClick(form2->Picture1, Qt::Key_Greater, Qt::ShiftModifier);
+        key(Qt::Key_Greater, Qt::ShiftModifier);
         ++peaks;
         if (module->view.cursorCh < 4096) {
             EXPECT_EQ(status()[3], '*') << module->view.cursorCh;
@@ -211,7 +178,7 @@ TEST_F(MainWindow, SwitchesScaleAndPlotModeByButtonsAndMenu) {
     EXPECT_TRUE(form2->Command3->isVisible());
     QTest::mouseClick(form2->Command3, Qt::LeftButton);
     EXPECT_EQ(module->view.yScaleExp, 9);
-    QTest::keyClick(form2->Picture1, Qt::Key_Down);
+    key(Qt::Key_Down);
     EXPECT_EQ(module->view.yScaleExp, 10);
     QTest::mouseClick(form2->Command1, Qt::LeftButton);
     EXPECT_EQ(module->view.viewWidth, 2048);
@@ -257,7 +224,7 @@ TEST_F(MainWindow, ExpandsOncePerNotchOfTheWheelHoweverManyEventsItComesIn) {
 
 TEST_F(MainWindow, CopiesThePlotAsAnImageAndListsAsText) {
     openSample();
-    QTest::keyClick(form2->Picture1, Qt::Key_C, Qt::ControlModifier);
+    key(Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QApplication::clipboard()->image().size(), form2->picture().size());
     EXPECT_GT(dotsAt(2000, white, QApplication::clipboard()->image()), 0);
     trigger("f11(1)");
@@ -280,7 +247,7 @@ TEST_F(MainWindow, NamesTheKeyOfEachButtonInItsToolTip) {
             .arg(static_cast<int>(v.linLogMode));
     };
     module->view.cursorCh = 2000;  // far from the edges of the view
-    QTest::keyClick(form2->Picture1, Qt::Key_PageUp);
+    key(Qt::Key_PageUp);
     for (QPushButton* b : {form2->Command2, form2->Command1, form2->Command7, form2->Command3,
                            form2->Command4, form2->Command6, form2->Command5}) {
         const ViewState before = module->view;
@@ -320,9 +287,9 @@ TEST_F(MainWindow, ShowsFaultsAndRefusalsAndGoesOn) {
             EXPECT_EQ(dialogs.messages[0].text, c.message);
         }
         EXPECT_EQ(dialogs.pointer, Pointer::Default) << c.name;
-        for (const Qt::Key key :
+        for (const Qt::Key which :
              {Qt::Key_Right, Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_L, Qt::Key_Left})
-            QTest::keyClick(form2->Picture1, key);
+            key(which);
         form2->resize(form2->width() + 1, form2->height());
         form2->grab();
         openSample();
@@ -335,8 +302,8 @@ TEST_F(MainWindow, GoesOnDrawingAfterARefusedFileHasLeftItsHeader) {
     open(folder.write("text.chn", "This is a text and not a spectrum at all."));
     ASSERT_GT(module->spectrum.channelCount, 17001);
     dialogs.messages.clear();
-    for (const Qt::Key key : {Qt::Key_L, Qt::Key_PageUp, Qt::Key_Right})
-        QTest::keyClick(form2->Picture1, key);
+    for (const Qt::Key which : {Qt::Key_L, Qt::Key_PageUp, Qt::Key_Right})
+        key(which);
     EXPECT_TRUE(dialogs.messages.empty());
 }
 
@@ -365,7 +332,7 @@ TEST_F(MainWindow, TellsAFaultOfTheRedrawAtActivationOnce) {
         QApplication::sendEvent(form2.get(), &activated);
     }
     EXPECT_EQ(dialogs.messages.size(), 1U);
-    QTest::keyClick(form2->Picture1, Qt::Key_L);
+    key(Qt::Key_L);
     EXPECT_EQ(module->view.linLogMode, CountAxis::Logarithmic);
     EXPECT_EQ(dialogs.messages.size(), 1U);
 }

@@ -1,37 +1,25 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <memory>
 
 #include <QAbstractItemModelTester>
-#include <QApplication>
 #include <QClipboard>
-#include <QTest>
 #include <QTimer>
 
-#include "app/form2.h"
 #include "app/form6.h"
-#include "app/module1.h"
-#include "base/qt/kestrel_application.h"
 #include "nuclide_fixture.h"
-#include "scripted_dialogs.h"
 #include "spectrum/energy_calibration.h"
+#include "window_fixture.h"
 
 namespace kestrel {
 namespace {
 
-class NuclideWindowsTest : public testing::Test {
+class NuclideWindowsTest : public test::WindowTest {
   protected:
     NuclideWindowsTest() {
-        static_cast<KestrelApplication*>(qApp)->showFaultsIn(dialogs);
-        startModule1(*module, folder.path());
         module->database = test::nuclideDatabase();
         module->settings.marigoldDir = KESTREL_NUCLIDE_DATA;
-        form2 = std::make_unique<Form2>(*module, dialogs);
-        show(*form2);
-        dialogs.fileAnswer = {.path = KESTREL_SAMPLES "/eu152-co60-cs137-4096.chn",
-                              .filterIndex = 1};
-        QTest::keyClick(form2->Picture1, Qt::Key_G);
+        start();
+        returnToPlot();
+        openSample();
     }
     static void show(QWidget& window) {
         window.show();
@@ -44,7 +32,7 @@ class NuclideWindowsTest : public testing::Test {
     }
     Form9* energyList(double energy) {
         module->view.cursorCh = energyToChannel(module->spectrum.calCurrent, energy);
-        QTest::keyClick(form2->Picture1, Qt::Key_E);
+        key(Qt::Key_E);
         settle();
         return form2->findChild<Form9*>();
     }
@@ -64,11 +52,6 @@ class NuclideWindowsTest : public testing::Test {
         }
         return 0;
     }
-
-    test::TempFolder folder;
-    test::ScriptedDialogs dialogs;
-    std::unique_ptr<Module1> module = std::make_unique<Module1>();
-    std::unique_ptr<Form2> form2;
 };
 
 TEST_F(NuclideWindowsTest, LeadFromAPeakToItsNuclideAndItsMarks) {
@@ -93,9 +76,9 @@ TEST_F(NuclideWindowsTest, LeadFromAPeakToItsNuclideAndItsMarks) {
     const std::int16_t peak = energyToChannel(module->spectrum.calCurrent, 661.66);
     EXPECT_EQ(module->channelColour[peak], standardPalette[12]);
     EXPECT_EQ(module->channelColour[peak - 8], 0);
-    QTest::keyClick(form2->Picture1, Qt::Key_B);
+    key(Qt::Key_B);
     EXPECT_EQ(markedChannels(), 0);
-    QTest::keyClick(form2->Picture1, Qt::Key_B);
+    key(Qt::Key_B);
     EXPECT_GT(markedChannels(), 0);
     show(*nuclideData());
     nuclideData()->close();
@@ -176,7 +159,7 @@ TEST_F(NuclideWindowsTest, ApplyTheFiltersWhenTheListIsShownAgain) {
 
 TEST_F(NuclideWindowsTest, AskForNamesEachByItsOwnRule) {
     dialogs.inputAnswer = "eu-152m1";
-    QTest::keyClick(form2->Picture1, Qt::Key_N);
+    key(Qt::Key_N);
     settle();
     EXPECT_EQ(module->selectedNuclide, "Eu-152m");
     ASSERT_NE(nuclideData(), nullptr);
@@ -186,7 +169,7 @@ TEST_F(NuclideWindowsTest, AskForNamesEachByItsOwnRule) {
     EXPECT_GT(nuclideData()->MSFlexGrid1->model()->rowCount(), 2);
     dialogs.inputAnswer = "Europium";
     ask();
-    QTest::keyClick(form2->Picture1, Qt::Key_N);
+    key(Qt::Key_N);
     EXPECT_EQ(module->selectedNuclide, "Eu-152m1");
     EXPECT_EQ(dialogs.messages.size(), 2U);
     dialogs.inputAnswer = "Xx-1";

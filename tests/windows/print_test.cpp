@@ -1,27 +1,19 @@
 // Printing through the real windows, into real PDF files.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <memory>
-
-#include <QApplication>
 #include <QImage>
 #include <QPrinter>
 #include <QProcess>
-#include <QTest>
 #include <QTimer>
 
 #include "analysis/form11.h"
-#include "app/form2.h"
 #include "base/deferred_canvas.h"
-#include "base/qt/kestrel_application.h"
 #include "base/qt/painter_canvas.h"
 #include "base/qt/print_job.h"
 #include "base/runtime_fault.h"
 #include "print/form8.h"
 #include "recording_job.h"
-#include "scripted_dialogs.h"
-#include "temp_folder.h"
+#include "window_fixture.h"
 
 namespace kestrel {
 namespace {
@@ -63,21 +55,13 @@ class FailingJob : public PrintJob {
     bool& ended_;
 };
 
-class Printing : public testing::Test {
+class Printing : public test::WindowTest {
   protected:
     Printing() {
-        static_cast<KestrelApplication*>(qApp)->showFaultsIn(dialogs);
-        startModule1(*module, folder.path());
-        form2 = std::make_unique<Form2>(*module, dialogs);
-        form2->show();
-        QApplication::processEvents();
+        start();
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(QString::fromStdString(folder.file("out.pdf")));
         printer.setPageMargins(QMarginsF(10, 10, 10, 10), QPageLayout::Millimeter);
-    }
-    void open(const char* sample) {
-        dialogs.fileAnswer = {.path = std::string(KESTREL_SAMPLES "/") + sample, .filterIndex = 1};
-        QTest::keyClick(form2->Picture1, Qt::Key_G);
     }
     void intoPdf() {
         dialogs.beginJob = [this] { return beginPrintJob(printer, "a spectrum"); };
@@ -92,7 +76,7 @@ class Printing : public testing::Test {
             form8->can1->trigger();
             ++previews;
         });
-        form2->findChild<QAction*>(QStringLiteral("f11(20)"))->trigger();
+        trigger("f11(20)");
         EXPECT_EQ(previews, 1);
     }
     void print() {
@@ -106,16 +90,12 @@ class Printing : public testing::Test {
         return QString::fromStdString(found).simplified().toStdString();
     }
 
-    test::TempFolder folder;
-    test::ScriptedDialogs dialogs;
     QPrinter printer{QPrinter::HighResolution};
-    std::unique_ptr<Module1> module = std::make_unique<Module1>();
-    std::unique_ptr<Form2> form2;
     int previews = 0;
 };
 
 TEST_F(Printing, ASpectrumBecomesAPdfOfModestSizeWithItsTexts) {
-    open("eu152-co60-cs137-16384.chn");
+    openSample("eu152-co60-cs137-16384.chn");
     module->spectrum.comment.assign(
         "\x83\x76\x81\x5B\x83\x8B\x90\x85");  // pool water, in code page 932
     intoPdf();
@@ -136,7 +116,7 @@ TEST_F(Printing, ASpectrumBecomesAPdfOfModestSizeWithItsTexts) {
 }
 
 TEST_F(Printing, ThePreviewShowsThePaperThatWasChosenLast) {
-    open("eu152-co60-cs137-1024.chn");
+    openSample("eu152-co60-cs137-1024.chn");
     printer.setPageOrientation(QPageLayout::Landscape);
     intoPdf();
     inPreview([](Form8& form8) {
@@ -149,7 +129,7 @@ TEST_F(Printing, ThePreviewShowsThePaperThatWasChosenLast) {
 }
 
 TEST_F(Printing, TheCurveOfThePreviewFollowsThePlotMode) {
-    open("eu152-co60-cs137-1024.chn");
+    openSample("eu152-co60-cs137-1024.chn");
     const auto preview = [this] {
         QImage sheet;
         previews = 0;
@@ -176,7 +156,7 @@ TEST_F(Printing, TheCurveOfThePreviewFollowsThePlotMode) {
 }
 
 TEST_F(Printing, APrinterThatFailsLeavesTheProgramGoingOn) {
-    open("eu152-co60-cs137-1024.chn");
+    openSample("eu152-co60-cs137-1024.chn");
     bool ended = false;
     dialogs.beginJob = [&] { return std::make_unique<FailingJob>(20, ended); };
     print();
@@ -206,7 +186,7 @@ TEST_F(Printing, APrinterThatFailsLeavesTheProgramGoingOn) {
 }
 
 TEST_F(Printing, APdfThatCannotBeWrittenIsToldAndOneThatIsCancelledIsNot) {
-    open("eu152-co60-cs137-1024.chn");
+    openSample("eu152-co60-cs137-1024.chn");
     printer.setOutputFileName(QString::fromStdString(folder.file("gone/out.pdf")));
     intoPdf();
     print();
@@ -253,7 +233,7 @@ TEST(DeferredCanvas, DrawsTheSameLater) {
 }
 
 TEST_F(Printing, ResultsArePrintedFromTheirWindow) {
-    open("eu152-co60-cs137-4096.chn");
+    openSample("eu152-co60-cs137-4096.chn");
     Settings& settings = module->settings;
     settings.peakSetCount = 128;
     for (std::int16_t i = 0; i < 128; ++i) {
