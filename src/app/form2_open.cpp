@@ -1,5 +1,6 @@
 // How a spectrum comes into the main window: by the dialog, by the desktop, or dropped on it.
 
+#include <QApplication>
 #include <QDropEvent>
 #include <QFile>
 #include <QMimeData>
@@ -44,17 +45,21 @@ void Form2::showCaption() {
     setWindowTitle(path + QStringLiteral(" ... ") + baseCaption());
 }
 
+// Qt hands a window what is dropped on it also while a modal one keeps it from all other input, and
+// that one may be working on the spectrum that would be replaced.
 void Form2::dragEnterEvent(QDragEnterEvent* event) {
-    if (!droppedPath(*event->mimeData()).empty())
+    if (QApplication::activeModalWidget() == nullptr && !droppedPath(*event->mimeData()).empty())
         event->acceptProposedAction();
 }
 
 // Queued: a message must not keep the program waiting that the file is dropped from.
 void Form2::dropEvent(QDropEvent* event) {
     event->acceptProposedAction();
-    QMetaObject::invokeMethod(
-        this, [this, path = droppedPath(*event->mimeData())] { openSpectrumPath(path); },
-        Qt::QueuedConnection);
+    const auto open = [this, path = droppedPath(*event->mimeData())] {
+        if (QApplication::activeModalWidget() == nullptr)
+            openSpectrumPath(path);
+    };
+    QMetaObject::invokeMethod(this, open, Qt::QueuedConnection);
 }
 
 }  // namespace kestrel

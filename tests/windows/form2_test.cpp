@@ -1,5 +1,6 @@
 // The main window, worked by keys, buttons, menus, drops and the wheel.
 #include <QClipboard>
+#include <QDialog>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QUrl>
@@ -119,6 +120,21 @@ TEST_F(MainWindow, OpensTheFirstFileThatIsDroppedOnIt) {
     QMimeData text;
     text.setText(QStringLiteral("a text"));
     EXPECT_FALSE(dragAndDrop(*form2, text));
+}
+
+TEST_F(MainWindow, TakesNoDroppedFileWhileAModalWindowIsOpen) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QStringLiteral(KESTREL_SAMPLES "/empty-4096.chn"))});
+    QDialog modal(form2.get());
+    modal.setModal(true);
+    modal.show();
+    EXPECT_FALSE(dragAndDrop(*form2, data));
+    modal.close();
+    QDropEvent drop(QPointF(9, 9), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(form2.get(), &drop);
+    modal.show();  // before the drop comes to its turn
+    QApplication::processEvents();
+    EXPECT_EQ(caption(), "Kestrel  Ver: 1. 0 Rev: 0");
 }
 
 TEST_F(MainWindow, RefusesAFileFromOutsideAsItDoesInTheDialog) {
