@@ -1,9 +1,10 @@
 // What the walk does: one table of actions, and the tables that they draw from.
 
+#include <numeric>
+
 #include <QAbstractEventDispatcher>
 #include <QAction>
 #include <QDialog>
-#include <QMenu>
 #include <QMenuBar>
 #include <QTest>
 #include <QWheelEvent>
@@ -16,108 +17,84 @@
 namespace kestrel::walk {
 namespace {
 
-constexpr std::array modifiers = {Qt::NoModifier, Qt::NoModifier, Qt::NoModifier, Qt::ShiftModifier,
-                                  Qt::ControlModifier};
-constexpr std::array mouseButtons = {Qt::LeftButton, Qt::LeftButton, Qt::RightButton,
-                                     Qt::MiddleButton};
-constexpr std::array<int, 33> windowKeys = {
-    Qt::Key_Tab,    Qt::Key_Backtab, Qt::Key_Return,   Qt::Key_Enter,  Qt::Key_Escape,
-    Qt::Key_Space,  Qt::Key_Up,      Qt::Key_Down,     Qt::Key_Left,   Qt::Key_Right,
-    Qt::Key_Home,   Qt::Key_End,     Qt::Key_PageUp,   Qt::Key_Delete, Qt::Key_Insert,
-    Qt::Key_Period, Qt::Key_Minus,   Qt::Key_1,        Qt::Key_5,      Qt::Key_9,
-    Qt::Key_0,      Qt::Key_A,       Qt::Key_C,        Qt::Key_D,      Qt::Key_E,
-    Qt::Key_N,      Qt::Key_O,       Qt::Key_S,        Qt::Key_X,      Qt::Key_F10,
-    Qt::Key_F11,    Qt::Key_F5,      Qt::Key_Backspace};
+constexpr Qt::KeyboardModifier modifiers[] = {Qt::NoModifier,      Qt::NoModifier,
+                                              Qt::NoModifier,      Qt::ShiftModifier,
+                                              Qt::ControlModifier, Qt::AltModifier};
+constexpr Qt::MouseButton mouseButtons[] = {Qt::LeftButton, Qt::LeftButton, Qt::RightButton,
+                                            Qt::MiddleButton};
+constexpr Qt::Key windowKeys[] = {
+    Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Return, Qt::Key_Enter,  Qt::Key_Escape, Qt::Key_Space,
+    Qt::Key_Up,  Qt::Key_Down,    Qt::Key_Left,   Qt::Key_Right,  Qt::Key_Home,   Qt::Key_End,
+    Qt::Key_F5,  Qt::Key_F10,     Qt::Key_F11,    Qt::Key_PageUp, Qt::Key_Delete, Qt::Key_Backspace,
+    Qt::Key_F,   Qt::Key_P,       Qt::Key_J,      Qt::Key_O,      Qt::Key_W,      Qt::Key_N,
+    Qt::Key_X,   Qt::Key_C};
 
-// Everything of one kind in a window that a user could reach now.
+// One of a window's children that a user could reach now; null where there is none.
 template <typename T>
-QList<T*> reachable(const QWidget& window) {
-    QList<T*> result;
-    for (T* child : window.findChildren<T*>()) {
-        if (child->isVisible() && child->isEnabled() && child->window() == &window)
-            result += child;
-    }
-    return result;
+T* anyReachable(const QWidget& window, Random& random) {
+    QList<T*> found = window.findChildren<T*>();
+    found.removeIf([&window](const T* child) {
+        return !child->isVisible() || !child->isEnabled() || child->window() != &window;
+    });
+    return found.isEmpty() ? nullptr : random.pick(found);
 }
 
-// QTest's own keyClick knows the text of some keys only.
-void press(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers held = Qt::NoModifier) {
-    const bool printable = key >= Qt::Key_Space && key <= Qt::Key_AsciiTilde;
-    const QChar character(printable ? static_cast<char16_t>(key) : u'\r');
-    const bool text = printable || key == Qt::Key_Return || key == Qt::Key_Enter;
-    QTest::sendKeyEvent(QTest::Click, &widget, key, text ? QString(character.toLower()) : QString(),
-                        held);
-}
-
-template <typename Range>
-Qt::Key anyOf(Random& random, const Range& keys) {
-    return static_cast<Qt::Key>(random.pick(keys));
+QPoint anyPlace(const QWidget& widget, Random& random) {
+    return {random.below(std::max(widget.width(), 1)), random.below(std::max(widget.height(), 1))};
 }
 
 std::string nameOf(const QWidget& widget) {
     const QString name = widget.objectName();
-    return (name.isEmpty() ? QString::fromLatin1(widget.metaObject()->className()) : name)
-        .toStdString();
+    return name.isEmpty() ? widget.metaObject()->className() : name.toStdString();
 }
 
 }  // namespace
 
 struct Walk::PlotKey {
     Qt::Key key;
-    Qt::KeyboardModifiers modifiers;
-    unsigned effects;
+    unsigned effects = Nothing;
 };
 
-const std::vector<Walk::PlotKey>& Walk::plotKeys() {
-    constexpr auto none = Qt::NoModifier;
-    constexpr auto shift = Qt::ShiftModifier;
-    static const std::vector<PlotKey> keys = {
-        {Qt::Key_Left, none, MovesCursor | CursorFromZero},
-        {Qt::Key_Left, shift, MovesCursor | CursorFromZero},
-        {Qt::Key_Left, Qt::ControlModifier, MovesCursor | CursorFromZero},
-        {Qt::Key_Right, none, MovesCursor | CursorToCount},
-        {Qt::Key_Right, shift, MovesCursor | CursorToCount},
-        {Qt::Key_Right, Qt::ControlModifier, MovesCursor | CursorToCount},
-        {Qt::Key_Less, shift, CursorInside | Redraws},
-        {Qt::Key_Greater, shift, CursorInside | Redraws},
-        {Qt::Key_A, none, CursorInside | Redraws | FocusesPlot},
-        {Qt::Key_F1, none, CursorInside | Redraws | FocusesPlot},
-        {Qt::Key_Z, shift, CursorInside | Redraws | FocusesPlot},
-        {Qt::Key_L, none, Redraws | FocusesPlot},
-        {Qt::Key_L, shift, Redraws | FocusesPlot},
-        {Qt::Key_Up, none, Nothing},
-        {Qt::Key_Down, none, Nothing},
-        {Qt::Key_PageUp, none, Nothing},
-        {Qt::Key_PageDown, none, Nothing},
-        {Qt::Key_G, none, Nothing},
-        {Qt::Key_G, none, Nothing},
-        {Qt::Key_F7, none, Nothing},
-        {Qt::Key_E, none, Nothing},
-        {Qt::Key_F5, none, Nothing},
-        {Qt::Key_I, none, FocusesPlot},
-        {Qt::Key_B, none, Redraws},
-        {Qt::Key_N, none, Nothing},
-    };
-    return keys;
-}
+constexpr Walk::PlotKey Walk::plotKeys[] = {{Qt::Key_Left, MovesCursor | CursorFromZero},
+                                            {Qt::Key_Right, MovesCursor | CursorToCount},
+                                            {Qt::Key_Left, MovesCursor | CursorFromZero},
+                                            {Qt::Key_Right, MovesCursor | CursorToCount},
+                                            {Qt::Key_Less, Jumps},
+                                            {Qt::Key_Greater, Jumps},
+                                            {Qt::Key_A, Jumps | FocusesPlot},
+                                            {Qt::Key_F1, Jumps | FocusesPlot},
+                                            {Qt::Key_Z, Jumps | FocusesPlot},
+                                            {Qt::Key_L, Redraws | FocusesPlot},
+                                            {Qt::Key_Up},
+                                            {Qt::Key_Down},
+                                            {Qt::Key_PageUp},
+                                            {Qt::Key_PageDown},
+                                            {Qt::Key_G},
+                                            {Qt::Key_G},
+                                            {Qt::Key_F7},
+                                            {Qt::Key_E},
+                                            {Qt::Key_F5},
+                                            {Qt::Key_I, FocusesPlot},
+                                            {Qt::Key_B, Redraws},
+                                            {Qt::Key_N}};
 
-const std::vector<Walk::Action>& Walk::actions() {
-    static const std::vector<Action> table = {
-        {"key on the plot", 40, &Walk::pressPlotKey},
-        {"any key", 6, &Walk::pressAnyKey},
-        {"click into the plot", 12, &Walk::clickPlot},
-        {"six bounds", 4, &Walk::enterBounds},
-        {"button", 10, &Walk::pressButton},
-        {"menu item", 14, &Walk::chooseItem},
-        {"menu by keys", 4, &Walk::useMenuByKeys},
-        {"wheel", 2, &Walk::turnWheel},
-        {"size of the main window", 3, &Walk::resizeMain},
-        {"other window", 24, &Walk::useOtherWindow},
-        {"a fault", 1, &Walk::raiseFault},
-        {"leave and start again", 1, &Walk::leaveAndStartAgain},
-    };
-    return table;
-}
+struct Walk::Action {
+    const char* name;
+    int weight;
+    void (Walk::*run)();
+};
+
+constexpr Walk::Action Walk::actions[] = {
+    {"key on the plot", 40, &Walk::pressPlotKey},
+    {"six bounds", 4, &Walk::enterBounds},
+    {"menu item", 14, &Walk::chooseItem},
+    {"wheel", 2, &Walk::turnWheel},
+    {"size of the main window", 3, &Walk::resizeMain},
+    {"main window", 30, &Walk::useMainWindow},
+    {"other window", 24, &Walk::useOtherWindow},
+    {"a fault", 1, &Walk::raiseFault},
+    {"leave and start again", 1, &Walk::leave},
+};
 
 Walk::Walk(unsigned seed, Journal& journal)
     : random_(seed), journal_(journal), files_(random_), dialogs_(random_, files_) {
@@ -167,33 +144,42 @@ void Walk::settle() {
 }
 
 // From the event loop, so that faults end where the program's own do.
-void Walk::perform(const Action& action) {
-    journal_.note(action.name);
-    QMetaObject::invokeMethod(this, action.run, Qt::QueuedConnection);
+void Walk::perform() {
+    int chance = random_.below(
+        std::accumulate(std::begin(actions), std::end(actions), 0,
+                        [](int sum, const Action& action) { return sum + action.weight; }));
+    const Action* action = actions;
+    for (; chance >= action->weight; ++action)
+        chance -= action->weight;
+    journal_.note(action->name);
+    QMetaObject::invokeMethod(this, action->run, Qt::QueuedConnection);
     settle();
+    if (QWidget* menu = QApplication::activePopupWidget())
+        menu->close();
+}
+
+// QTest's own keyClick knows the text of some keys only.
+void Walk::press(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers held) {
+    journal_.note("  " + nameOf(widget) + " " + QKeySequence(key | held).toString().toStdString());
+    const bool printable = key >= Qt::Key_Space && key <= Qt::Key_AsciiTilde;
+    const QChar character(printable ? static_cast<char16_t>(key) : u'\r');
+    const bool text = printable || key == Qt::Key_Return || key == Qt::Key_Enter;
+    QTest::sendKeyEvent(QTest::Click, &widget, key, text ? QString(character.toLower()) : QString(),
+                        held);
+}
+
+void Walk::click(QWidget& widget) {
+    journal_.note("  click " + nameOf(widget));
+    QTest::mouseEvent(random_.oneIn(4) ? QTest::MouseDClick : QTest::MouseClick, &widget,
+                      random_.pick(mouseButtons), random_.pick(modifiers),
+                      anyPlace(widget, random_));
 }
 
 void Walk::pressPlotKey() {
-    const PlotKey& key = random_.pick(plotKeys());
-    journal_.note("  " + QKeySequence(key.key | key.modifiers).toString().toStdString());
+    const PlotKey& key = random_.pick(plotKeys);
     effects_ = key.effects;
-    press(*form2_->Picture1, key.key, key.modifiers);
-}
-
-void Walk::pressAnyKey() {
-    const auto key = static_cast<Qt::Key>(random_.oneIn(2) ? random_.pick(windowKeys)
-                                                           : random_.between(0x20, 0x7e));
-    journal_.note("  " + QKeySequence(key).toString().toStdString());
-    effects_ = MovesCursor;
-    QWidget* target = random_.oneIn(2) ? form2_->focusWidget() : form2_->Text1;
-    press(target == nullptr ? *form2_->Picture1 : *target, key, random_.pick(modifiers));
-}
-
-void Walk::clickPlot() {
-    effects_ = MovesCursor;
-    const QSize size = form2_->Picture1->size();
-    QTest::mouseClick(form2_->Picture1, random_.pick(mouseButtons), random_.pick(modifiers),
-                      {random_.below(size.width()), random_.below(size.height())});
+    const bool sign = key.key == Qt::Key_Less || key.key == Qt::Key_Greater;
+    press(*form2_->Picture1, key.key, sign ? Qt::ShiftModifier : random_.pick(modifiers));
 }
 
 // By right clicks, of which each fills the field after the last.
@@ -207,54 +193,23 @@ void Walk::enterBounds() {
     }
 }
 
-void Walk::pressButton() {
-    QPushButton* const buttons[] = {form2_->Command1, form2_->Command2, form2_->Command3,
-                                    form2_->Command4, form2_->Command5, form2_->Command6,
-                                    form2_->Command7};
-    QPushButton* button = random_.pick(buttons);
-    journal_.note("  " + nameOf(*button));
-    if (button == form2_->Command2)
-        effects_ = Redraws | FocusesPlot;
-    else if (button == form2_->Command5 || button == form2_->Command6)
-        effects_ = MovesCursor | FocusesPlot;
-    if (!button->isVisible())
-        return void(effects_ = Nothing);
-    if (random_.oneIn(4))
-        press(*button, Qt::Key_Space);
-    else
-        QTest::mouseClick(button, Qt::LeftButton);
-}
-
 void Walk::chooseItem() {
     const QList<QAction*> items = form2_->menuBar()->findChildren<QAction*>();
-    QAction* item = items[random_.below(static_cast<int>(items.size()))];
-    journal_.note("  " + item->objectName().toStdString());
+    QAction* item = random_.pick(items);
+    const QString name = item->objectName();
+    journal_.note("  " + name.toStdString());
     // The table of keys says what the same commands promise.
-    if (item->objectName().startsWith(QLatin1String("jump_")))
-        effects_ = CursorInside | Redraws | FocusesPlot;
-    if (item->objectName().startsWith(QLatin1String("o111(")))
+    if (name.startsWith(QLatin1String("jump_")))
+        effects_ = Jumps | FocusesPlot;
+    else if (name.startsWith(QLatin1String("o111(")))
         effects_ = Redraws | FocusesPlot;
     if (item->menu() == nullptr)
         item->trigger();
 }
 
-void Walk::useMenuByKeys() {
-    constexpr std::array letters = {Qt::Key_F, Qt::Key_P, Qt::Key_J, Qt::Key_O, Qt::Key_W};
-    effects_ = MovesCursor;
-    press(*form2_, random_.pick(letters), Qt::AltModifier);
-    for (int i = random_.below(5); i >= 0; --i) {
-        QWidget* menu = QApplication::activePopupWidget();
-        if (menu == nullptr)
-            return;
-        const auto key = anyOf(random_, windowKeys);
-        journal_.note("  " + QKeySequence(key).toString().toStdString());
-        press(*menu, key);
-    }
-}
-
 void Walk::turnWheel() {
     effects_ = MovesCursor;
-    const QPointF place(random_.below(form2_->Picture1->width()), 100);
+    const QPointF place = anyPlace(*form2_->Picture1, random_);
     QWheelEvent wheel(place, form2_->Picture1->mapToGlobal(place), {},
                       {0, random_.between(-240, 240)}, Qt::NoButton, random_.pick(modifiers),
                       Qt::NoScrollPhase, false);
@@ -268,18 +223,22 @@ void Walk::resizeMain() {
                    random_.between(300, 900));
 }
 
+void Walk::useMainWindow() {
+    effects_ = MovesCursor;
+    actOn(*form2_);
+}
+
 void Walk::useOtherWindow() {
-    QList<QWidget*> others;
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (window != form2_.get() && window->isVisible() &&
-            window->objectName().startsWith(QLatin1String("Form")))
-            others += window;
-    }
+    QList<QWidget*> others = QApplication::topLevelWidgets();
+    others.removeIf([this](const QWidget* window) {
+        return window == form2_.get() || !window->isVisible() ||
+               !window->objectName().startsWith(QLatin1String("Form"));
+    });
     // The set of all windows has no order of its own.
     std::ranges::sort(others, {}, &QWidget::objectName);
     if (others.isEmpty())
         return;
-    const QPointer<QWidget> window = others[random_.below(static_cast<int>(others.size()))];
+    const QPointer<QWidget> window = random_.pick(others);
     for (int i = random_.below(4); i >= 0 && window && window->isVisible(); --i) {
         actOn(*window);
         QApplication::processEvents();
@@ -292,11 +251,11 @@ void Walk::raiseFault() {
     throw RuntimeFault(Fault::Printer);
 }
 
-void Walk::leaveAndStartAgain() {
+void Walk::leave() {
     form2_->close();
 }
 
-// One act of a user of any window but the main one.
+// One act of a user of any window.
 void Walk::actOn(QWidget& window) {
     // Whatever it is given, the folder chooser must not lead out of the walk's own folders.
     auto* folder = window.findChild<QLineEdit*>(QStringLiteral("Text1"));
@@ -305,46 +264,33 @@ void Walk::actOn(QWidget& window) {
         folder->setText(toWindow(files_.folder()));
     dialogs_.wrote = dialogs_.wrote || window.objectName() == QLatin1String("Form11");
     if (QWidget* popup = QApplication::activePopupWidget()) {
-        press(*popup, anyOf(random_, windowKeys));
+        press(*popup, random_.pick(windowKeys));
         popup->close();
         return;
     }
-    const QList<QWidget*> children = reachable<QWidget>(window);
-    const QList<QLineEdit*> fields = reachable<QLineEdit>(window);
-    const QList<QPushButton*> buttons = reachable<QPushButton>(window);
+    journal_.note("  " + nameOf(window));
     const int kind = random_.below(20);
-    std::string what = "  " + nameOf(window) + ": ";
-    if (kind < 5 && !fields.isEmpty()) {
-        QLineEdit* field = fields[random_.below(static_cast<int>(fields.size()))];
+    if (auto* field = kind < 5 ? anyReachable<QLineEdit>(window, random_) : nullptr) {
         const std::string text = files_.text();
-        journal_.note(what + nameOf(*field) + " = " + text);
+        journal_.note("  " + nameOf(*field) + " = " + text);
         field->setFocus();
         field->selectAll();
         if (!field->isReadOnly())
             field->insert(toWindow(text));
-    } else if (kind < 9 && !buttons.isEmpty()) {
-        QPushButton* button = buttons[random_.below(static_cast<int>(buttons.size()))];
-        journal_.note(what + "press " + button->text().toStdString());
+    } else if (auto* button = kind < 9 ? anyReachable<QPushButton>(window, random_) : nullptr) {
+        journal_.note("  press " + button->text().toStdString());
         QTest::mouseClick(button, Qt::LeftButton);
-    } else if (kind < 13 && !children.isEmpty()) {
-        QWidget* child = children[random_.below(static_cast<int>(children.size()))];
-        journal_.note(what + "click " + nameOf(*child));
-        const QPoint place(random_.below(std::max(child->width(), 1)),
-                           random_.below(std::max(child->height(), 1)));
-        if (random_.oneIn(3))
-            QTest::mouseDClick(child, Qt::LeftButton, random_.pick(modifiers), place);
-        else
-            QTest::mouseClick(child, random_.pick(mouseButtons), random_.pick(modifiers), place);
+    } else if (auto* child = kind < 13 ? anyReachable<QWidget>(window, random_) : nullptr) {
+        click(*child);
     } else if (kind < 18) {
-        const auto key = anyOf(random_, windowKeys);
-        journal_.note(what + QKeySequence(key).toString().toStdString());
         QWidget* target = window.focusWidget();
+        const auto key = static_cast<Qt::Key>(random_.oneIn(4) ? random_.between(0x20, 0x7e)
+                                                               : random_.pick(windowKeys));
         press(target == nullptr ? window : *target, key, random_.pick(modifiers));
     } else if (kind == 18) {
         window.activateWindow();
         window.resize(random_.between(50, 1200), random_.between(50, 900));
-    } else {
-        journal_.note(what + "close");
+    } else if (&window != form2_.get()) {
         window.close();
     }
 }

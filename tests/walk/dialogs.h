@@ -2,7 +2,6 @@
 // their keys and buttons.
 #pragma once
 
-#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -60,16 +59,19 @@ class WalkDialogs : public QtDialogs {
         return beginPrintJob(printer_, documentName);
     }
 
-    // What a step has brought.
-    std::vector<std::string> messages;
-    std::string opened;
-    int inputs = 0;
-    bool wrote = false;
+    // At the start of a step.
     void forget() {
         messages.clear();
         opened.clear();
         wrote = false;
+        modalsAllowed = true;
     }
+
+    // What the step has brought.
+    std::vector<std::string> messages;
+    std::string opened;
+    int inputs = 0;
+    bool wrote = false;
 
     bool modalsAllowed = true;
 
@@ -77,8 +79,8 @@ class WalkDialogs : public QtDialogs {
     bool showsRealOnes() { return modalsAllowed && random_.oneIn(4); }
 
     void choosePaper() {
-        constexpr std::array papers = {QPageSize::A4, QPageSize::Letter, QPageSize::A8,
-                                       QPageSize::A0};
+        static constexpr QPageSize::PageSizeId papers[] = {QPageSize::A4, QPageSize::Letter,
+                                                           QPageSize::A8, QPageSize::A0};
         printer_.setPageSize(QPageSize(random_.pick(papers)));
         printer_.setPageOrientation(random_.oneIn(2) ? QPageLayout::Portrait
                                                      : QPageLayout::Landscape);

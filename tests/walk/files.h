@@ -2,8 +2,6 @@
 // of them to open, folders with and without a nuclide database, places to save in.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <iterator>
 #include <random>
 #include <string>
@@ -20,12 +18,12 @@ class Random {
     explicit Random(unsigned seed) : engine_(seed) {}
 
     // 0 to n - 1.
-    int below(int n) { return static_cast<int>(engine_() % static_cast<std::uint32_t>(n)); }
+    int below(int n) { return static_cast<int>(engine_() % static_cast<unsigned>(n)); }
     bool oneIn(int n) { return below(n) == 0; }
     int between(int low, int high) { return low + below(high - low + 1); }
     template <typename Range>
-    const auto& pick(const Range& range) {
-        return range[static_cast<std::size_t>(below(static_cast<int>(std::size(range))))];
+    auto& pick(Range& range) {
+        return *std::next(std::begin(range), below(static_cast<int>(std::size(range))));
     }
 
   private:
@@ -52,6 +50,7 @@ class Files {
   private:
     struct Sample {
         std::string name;
+        int filter;
         std::string bytes;
     };
     std::string damaged(std::string bytes);

@@ -2,10 +2,9 @@
 // every step what must hold whatever came before.
 #pragma once
 
-#include <array>
 #include <memory>
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include <QObject>
 
@@ -35,47 +34,42 @@ class Walk : public QObject {
         CursorFromZero = 8,
         CursorToCount = 16,
         Faults = 32,
-        CursorInside = MovesCursor | CursorFromZero | CursorToCount,
+        Jumps = Redraws | MovesCursor | CursorFromZero | CursorToCount,
     };
     struct PlotKey;
-    struct Action {
-        const char* name;
-        int weight;
-        void (Walk::*run)();
-    };
-    static const std::vector<PlotKey>& plotKeys();
-    static const std::vector<Action>& actions();
+    struct Action;
+    static const PlotKey plotKeys[];
+    static const Action actions[];
 
     void pressPlotKey();
-    void pressAnyKey();
-    void clickPlot();
     void enterBounds();
-    void pressButton();
     void chooseItem();
-    void useMenuByKeys();
     void turnWheel();
     void resizeMain();
+    void useMainWindow();
     void useOtherWindow();
     void raiseFault();
-    void leaveAndStartAgain();
+    void leave();
 
     void start();
+    void perform();
+    void settle();
+    void press(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers held = Qt::NoModifier);
+    void click(QWidget& widget);
     void actOn(QWidget& window);
     void actOnModal();
-    void settle();
-    void perform(const Action& action);
 
     bool holds();
     bool stateHolds();
     bool windowHolds();
-    bool promisesHold();
-    bool faultsHold();
     bool captionHolds();
+    bool faultsHold();
+    bool promisesHold();
     bool usableAfterFault();
     bool leftProperly();
     bool require(bool condition, const char* what);
-    bool faulted() const;
-    bool refused() const;
+    bool told(std::string_view start) const;
+    bool promised(unsigned effect) const { return (effects_ & effect) != 0; }
 
     Random random_;
     Journal& journal_;
@@ -88,6 +82,11 @@ class Walk : public QObject {
     bool modalActPending_ = false;
     bool statusStale_ = false;
     bool ordinary_ = true;  // since a spectrum was shown, none has had too few or too many channels
+
+    // What the step has brought: a fault, a fault or a refusal, a file to open.
+    bool faulted_ = false;
+    bool cutShort_ = false;
+    bool opened_ = false;
 
     // Before the step.
     ViewState viewBefore_;
