@@ -17,6 +17,7 @@ const std::string& folder();
 
 // Writes a file into the folder and returns its path.
 std::string writeFile(std::string_view name, std::string_view contents);
+std::string readFile(const std::string& path);
 
 inline std::string_view asText(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};

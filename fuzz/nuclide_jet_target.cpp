@@ -2,13 +2,10 @@
 // show of it. The input is either the file itself (first byte odd) or a list of changes to a good
 // one: three bytes of the length to cut it to, then four bytes for each change, place and value.
 
-#include <cstdlib>
-
 #include "base/runtime_fault.h"
 #include "fuzz_input.h"
 #include "nuclide/energy_list.h"
 #include "nuclide/nuclide_data.h"
-#include "nuclide_file.h"
 
 namespace {
 
@@ -37,11 +34,10 @@ std::string damaged(std::string_view changes) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const fuzz::Folder folder;
-    const std::string_view input(reinterpret_cast<const char*>(data), size);
+    const std::string_view input = fuzz::asText(data, size);
     const bool whole = size > 0 && (data[0] & 1) != 0;
-    folder.write("nuc2k.mdb",
-                 whole ? std::string(input.substr(1)) : damaged(input.substr(size > 0 ? 1 : 0)));
+    fuzz::writeFile("nuc2k.mdb",
+                    whole ? std::string(input.substr(1)) : damaged(input.substr(size > 0 ? 1 : 0)));
     NuclideDatabase database(KESTREL_JET_READER);
     fuzz::SilentDialogs dialogs;
     EnergyListState list;
@@ -50,9 +46,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         EnergyEntries wide;
         wide.text[halfWidthEntry] = "1000";
-        refreshEnergyList(list, {1000, {0, 1, 0}, wide, folder.path()}, database, dialogs);
+        refreshEnergyList(list, {1000, {0, 1, 0}, wide, fuzz::folder()}, database, dialogs);
         for (const char* key : {"Eu-152m", "Co- 60g"})
-            showNuclideFromDatabase(nuclide, key, folder.path(), database, dialogs);
+            showNuclideFromDatabase(nuclide, key, fuzz::folder(), database, dialogs);
         if (database.isOpen())
             database.queryGammaLines(661.66);
     } catch (const RuntimeFault&) {

@@ -3,12 +3,12 @@
 
 #include <algorithm>
 
+#include "fuzz_input.h"
 #include "nuclide/jet/stored_query.h"
-#include "nuclide_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kestrel::jet;
-    std::string_view left(reinterpret_cast<const char*>(data), size);
+    std::string_view left = kestrel::fuzz::asText(data, size);
     const auto text = [&left] {
         const std::size_t end = std::min(left.find('\n'), left.size());
         std::string field(left.substr(0, end));
@@ -32,8 +32,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         for (const QueryInput& input : inputsOf(query))
             joinsOrSortsBy(query, input.alias, "x");
-        if (selectText(query).size() > 65536)
-            std::abort();
+        kestrel::fuzz::require(selectText(query).size() <= 65536);
     } catch (const QueryError&) {
     }
     return 0;

@@ -3,10 +3,10 @@
 // each, place and value.
 
 #include "base/runtime_fault.h"
+#include "fuzz_input.h"
 #include "nuclide/database_schema.h"
 #include "nuclide/energy_list.h"
 #include "nuclide/queries.h"
-#include "nuclide_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kestrel;
