@@ -1,39 +1,28 @@
 # shellcheck shell=bash
-# A virtual display with a window manager, for programs that need a screen. To be sourced.
-# start_display WIDTHxHEIGHT: sets DISPLAY and arranges for the display to end with the script.
+# A virtual display with a window manager, for programs that need a screen. To be sourced, by a script
+# whose EXIT trap calls stop_display.
 
+# start_display WIDTHxHEIGHT: sets DISPLAY.
 start_display() {
-    local number_file
-    number_file=$(mktemp)
-    Xvfb -displayfd 3 -screen 0 "$1x24" -nolisten tcp 3>"$number_file" >/dev/null 2>&1 &
-    display_pids="$!"
-    for _ in $(seq 100); do
-        [ -s "$number_file" ] && break
-        sleep 0.1
-    done
-    DISPLAY=":$(cat "$number_file")"
-    rm -f "$number_file"
-    export DISPLAY
+    display_folder=$(mktemp -d)
+    Xvfb -displayfd 3 -screen 0 "$1x24" -nolisten tcp 3>"$display_folder/number" >/dev/null 2>&1 &
+    display_pids=$!
+    wait_for test -s "$display_folder/number"
+    DISPLAY=:$(cat "$display_folder/number")
+    export DISPLAY XDG_RUNTIME_DIR=$display_folder
     # A desktop's own settings would change what the windows look like.
     unset WAYLAND_DISPLAY QT_QPA_PLATFORM QT_STYLE_OVERRIDE
-    XDG_RUNTIME_DIR=$(mktemp -d)
-    chmod 700 "$XDG_RUNTIME_DIR"
-    export XDG_RUNTIME_DIR
-    # Without settings of its own it would take the user's; it puts a message up for a file without any.
-    echo '<openbox_config xmlns="http://openbox.org/3.4/rc"/>' >"$XDG_RUNTIME_DIR/openbox.xml"
-    openbox --config-file "$XDG_RUNTIME_DIR/openbox.xml" >/dev/null 2>&1 &
+    # Without a file of its own it shows what it thinks of that in a window.
+    echo '<openbox_config xmlns="http://openbox.org/3.4/rc"/>' >"$display_folder/openbox.xml"
+    openbox --config-file "$display_folder/openbox.xml" >/dev/null 2>&1 &
     display_pids="$display_pids $!"
-    # The window manager has taken over once it has named itself.
-    for _ in $(seq 100); do
-        xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
-        sleep 0.1
-    done
+    wait_for window_manager_named
 }
 
 stop_display() {
     # shellcheck disable=SC2086
     kill ${display_pids:-} 2>/dev/null || true
-    rm -rf "${XDG_RUNTIME_DIR:?}"
+    rm -rf "${display_folder:-}"
 }
 
 # wait_for COMMAND...: until the command succeeds, 15 seconds at most.
@@ -46,19 +35,27 @@ wait_for() {
     return 1
 }
 
+# The window manager has taken over once it has named itself.
+window_manager_named() {
+    xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'
+}
+
 window_called() {
     [ -n "$(xdotool search --onlyvisible --name "$1")" ]
 }
 
-# activate CAPTION: brings the window to the front, once it is there.
+# activate NAME: gives the keyboard to the window with this name and tells its number.
 activate() {
-    wait_for window_called "$1"
-    xdotool windowactivate --sync "$(xdotool search --onlyvisible --name "$1" | tail -n 1)"
+    local window
+    wait_for window_called "$1" || return
+    window=$(xdotool search --onlyvisible --name "$1" | tail -n 1)
+    timeout 15 xdotool windowactivate --sync "$window" || return
+    echo "$window"
 }
 
 # take_nuclide_database: at a first start, Enter takes the database that comes with the program.
 take_nuclide_database() {
-    activate '^OPEN NuclDB file'
+    activate '^OPEN NuclDB file' >/dev/null
     xdotool key Return
 }
 
@@ -69,4 +66,14 @@ open_by_keys() {
     xdotool type --delay 5 "$1"
     xdotool key Return
     wait_for window_called "$1 ... Kestrel"
+}
+
+ended() { ! kill -0 "$1"; }
+
+# leave_by_keys PID: leaves the program by the menu of its active main window. Fails when it ends badly,
+# or not within 15 seconds.
+leave_by_keys() {
+    xdotool key alt+f x
+    wait_for ended "$1" || kill -KILL "$1"
+    wait "$1"
 }
