@@ -7,7 +7,7 @@ add_custom_command(
     VERBATIM)
 add_custom_target(fuzz_nuclide_image DEPENDS ${fuzz_image})
 
-foreach(name jet sqlite list query)
+foreach(name jet list query sqlite)
     add_fuzz_target(nuclide_${name} nuclide_${name}_target.cpp)
     target_compile_definitions(fuzz_nuclide_${name} PRIVATE
         KESTREL_JET_READER="$<TARGET_FILE:kestrel-mdb2sql>"

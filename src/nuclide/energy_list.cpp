@@ -11,7 +11,6 @@
 #include "base/runtime_fault.h"
 #include "base/text.h"
 #include "nuclide/energy_list_file.h"
-#include "nuclide/line_colours.h"
 #include "nuclide/nuclide_key.h"
 #include "spectrum/energy_calibration.h"
 

@@ -10,6 +10,7 @@
 #include "base/dialogs.h"
 #include "nuclide/database.h"
 #include "nuclide/energy_filter.h"
+#include "nuclide/line_colours.h"
 #include "spectrum/spectrum.h"
 
 namespace kestrel {
@@ -17,7 +18,7 @@ namespace kestrel {
 // One row of a grid: the columns' texts and the numbers of their background colours.
 struct EnergyRow {
     static constexpr std::size_t columns = 8;
-    EnergyRow() { colour.fill(15); }
+    EnergyRow() { colour.fill(plainColour); }
     std::array<std::string, columns> text;
     std::array<int, columns> colour{};
 };

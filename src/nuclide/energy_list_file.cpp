@@ -8,7 +8,6 @@
 #include "base/number_text.h"
 #include "base/runtime_fault.h"
 #include "base/text.h"
-#include "nuclide/line_colours.h"
 
 namespace kestrel {
 namespace {

@@ -1,5 +1,7 @@
 #include "nuclide/form9.h"
 
+#include <algorithm>
+
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QGroupBox>

@@ -4,7 +4,6 @@
 #include <array>
 #include <functional>
 
-#include <QButtonGroup>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QTabWidget>

@@ -5,7 +5,6 @@
 #include "base/checked_array.h"
 #include "base/number_text.h"
 #include "base/text.h"
-#include "nuclide/line_colours.h"
 
 namespace kestrel {
 namespace {

@@ -9,6 +9,7 @@
 
 #include "base/dialogs.h"
 #include "nuclide/database.h"
+#include "nuclide/line_colours.h"
 
 namespace kestrel {
 
@@ -19,7 +20,7 @@ struct NuclideRow {
     std::string energy;      // keV
     std::string intensity;   // percent
     std::string definition;  // radiation and number, decay mode, definition
-    int intensityColour = 15;
+    int intensityColour = plainColour;
 };
 
 struct NuclideData {
