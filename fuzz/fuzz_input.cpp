@@ -5,8 +5,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <system_error>
 
 namespace kestrel::fuzz {
@@ -48,11 +46,6 @@ std::string writeFile(std::string_view name, std::string_view contents) {
     require(std::fwrite(contents.data(), 1, contents.size(), file) == contents.size());
     require(std::fclose(file) == 0);
     return path;
-}
-
-std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 void require(bool condition) {

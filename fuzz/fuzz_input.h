@@ -7,9 +7,11 @@
 #include <string_view>
 
 #include "silent_dialogs.h"
+#include "temp_folder.h"
 
 namespace kestrel::fuzz {
 
+using test::contentsOf;
 using test::SilentDialogs;
 
 // A folder of this process, in memory where the system has such a place.
@@ -17,7 +19,6 @@ const std::string& folder();
 
 // Writes a file into the folder and returns its path.
 std::string writeFile(std::string_view name, std::string_view contents);
-std::string readFile(const std::string& path);
 
 inline std::string_view asText(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};

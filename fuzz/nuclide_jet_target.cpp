@@ -19,7 +19,7 @@ std::size_t number(std::string_view bytes) {
 }
 
 std::string damaged(std::string_view changes) {
-    static const std::string good = fuzz::readFile(KESTREL_TEST_DATA "/jet/nuc2k.mdb");
+    static const std::string good = fuzz::contentsOf(KESTREL_TEST_DATA "/jet/nuc2k.mdb");
     std::string bytes = good;
     if (changes.size() < 3)
         return bytes;

@@ -10,7 +10,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kestrel;
-    static const std::string good = fuzz::readFile(KESTREL_FUZZ_IMAGE);
+    static const std::string good = fuzz::contentsOf(KESTREL_FUZZ_IMAGE);
     std::string bytes = good;
     for (std::size_t i = 0; i + 4 <= size; i += 4) {
         const std::size_t place =

@@ -21,8 +21,7 @@ inline std::string smallJetFile() {
 
 // Bytes of the small Access file.
 inline std::string smallJetBytes() {
-    std::ifstream in(smallJetFile(), std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
+    return contentsOf(smallJetFile());
 }
 
 // One gamma line of 661.66 keV, and what a test changes of it.

@@ -1,4 +1,4 @@
-// A folder for the files of one test, gone when the test ends.
+// A folder for the files of one test, gone when the test ends, and the bytes of files.
 #pragma once
 
 #include <unistd.h>
@@ -11,6 +11,11 @@
 #include <string_view>
 
 namespace kestrel::test {
+
+inline std::string contentsOf(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
 
 class TempFolder {
   public:
@@ -32,10 +37,7 @@ class TempFolder {
         std::ofstream(file(name), std::ios::binary) << contents;
         return file(name);
     }
-    std::string read(std::string_view name) const {
-        std::ifstream in(file(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
+    std::string read(std::string_view name) const { return contentsOf(file(name)); }
     bool has(std::string_view name) const { return std::filesystem::exists(path_ / name); }
     std::size_t entries() const {
         return static_cast<std::size_t>(

@@ -3,8 +3,6 @@
 
 #include <ctime>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "fault_matcher.h"
 #include "scripted_dialogs.h"
@@ -33,8 +31,7 @@ const Form forms[] = {
 };
 
 std::string sampleBytes(const Form& form) {
-    std::ifstream in(std::string(KESTREL_SAMPLES) + "/" + form.sample, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
+    return test::contentsOf(std::string(KESTREL_SAMPLES) + "/" + form.sample);
 }
 
 class AllFormats : public testing::Test {

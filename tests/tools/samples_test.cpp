@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -13,18 +11,15 @@
 #include "make_samples/spectrum_maker.h"
 #include "scripted_dialogs.h"
 #include "spectrum/chn_reader.h"
+#include "temp_folder.h"
 
 namespace kestrel::samples {
 namespace {
 
-std::string contentsOf(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 TEST(Samples, AreWhatTheToolMakes) {
     for (const SampleFile& sample : sampleFiles())
-        EXPECT_TRUE(contentsOf(KESTREL_SAMPLES "/" + sample.name) == sample.bytes) << sample.name;
+        EXPECT_TRUE(test::contentsOf(KESTREL_SAMPLES "/" + sample.name) == sample.bytes)
+            << sample.name;
 }
 
 TEST(Samples, AreReadInTheirKindWithTheirLabels) {
