@@ -115,7 +115,10 @@ std::vector<std::byte> InputFile::readFront(std::size_t limit) {
     return bytes;
 }
 
-LineReader::LineReader(InputFile& file) : file_(file), block_(blockSize) {}
+LineReader::LineReader(InputFile& file) : file_(file), block_(blockSize) {
+    if (file_.size() > largestFile)
+        throw RuntimeFault(Fault::PathAccess, file_.path());
+}
 
 bool LineReader::fill() {
     end_ = file_.read(fileOffset_, block_);

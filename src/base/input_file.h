@@ -45,6 +45,10 @@ class LineReader {
     // A longer line is cut to this many bytes; the rest of it is skipped.
     static constexpr std::size_t longestLine = 65536;
 
+    // Far more than any spectrum has, and read through in less than a second.
+    static constexpr std::uint64_t largestFile = std::uint64_t{256} << 20U;
+
+    // Faults: PathAccess for a larger file.
     explicit LineReader(InputFile& file);
 
     // The next line, without its end, valid until the next call; false at the end of the file.

@@ -164,6 +164,9 @@ TEST_F(AllFormats, AnswerEmptyHugeAndEndlessFilesAtOnce) {
         EXPECT_FALSE(open(filter, longLines)) << filter;
     }
     EXPECT_EQ(dialogs.messages.size(), 3U * 7 - 1);
+    std::filesystem::resize_file(huge, 1'000'000'000'000);
+    for (const int textFilter : {2, 3, 6})
+        EXPECT_EQ(test::faultOf([&] { open(textFilter, huge); }), 75) << textFilter;
     // Of the processor: how long the disk takes is no matter of the readers.
     EXPECT_LT(std::clock() - begin, 10 * CLOCKS_PER_SEC);
 }

@@ -11,7 +11,6 @@
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPrintDialog>
-#include <QWindow>
 
 #include "base/qt/print_job.h"
 #include "base/qt/text_codec.h"
@@ -176,10 +175,6 @@ std::unique_ptr<PrintJob> QtDialogs::print(const std::string& documentName) {
 void QtDialogs::setPointer(Pointer pointer) {
     const bool hourglass = pointer == Pointer::Hourglass;
     if (hourglass == hourglass_)
-        return;
-    // Before there is a window nobody sees the pointer, and loading its pictures takes time.
-    const QWindowList windows = QGuiApplication::allWindows();
-    if (hourglass && std::ranges::none_of(windows, &QWindow::isVisible))
         return;
     hourglass_ = hourglass;
     if (hourglass)
