@@ -2,6 +2,8 @@
 // ones.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <string>
 
@@ -13,6 +15,20 @@ namespace kestrel::test {
 
 inline NuclideDatabase nuclideDatabase() {
     return NuclideDatabase(KESTREL_JET_READER);
+}
+
+// The reason for which the database of a folder is refused; empty when it opens. It names the file.
+inline std::string refusalOf(const std::string& folder) {
+    NuclideDatabase database = nuclideDatabase();
+    try {
+        database.open(folder);
+    } catch (const DatabaseError& error) {
+        const std::string why = error.what();
+        EXPECT_NE(why.find(folder), std::string::npos) << why;
+        EXPECT_FALSE(database.isOpen());
+        return why;
+    }
+    return {};
 }
 
 inline std::string smallJetFile() {

@@ -19,8 +19,6 @@
 namespace kestrel {
 namespace {
 
-// A stored width of less than this, in twips, is no window that anybody left.
-constexpr int narrowestPlacement = 1000;
 constexpr int boundColumns = 6;
 constexpr int sumColumns = 10;
 constexpr int resultColumns = 24;  // "-1.2345E+05 +- 1.234E+02"

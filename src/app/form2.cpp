@@ -18,8 +18,6 @@ namespace {
 constexpr int mainPlacement = 2;
 constexpr int informationPlacement = 10;
 constexpr int rightButton = 2;
-// A stored width of less than this, in twips, is no window that anybody left.
-constexpr int narrowestPlacement = 1000;
 
 QPushButton* button(QWidget* parent, const char* name, const char* caption, const char* accessible,
                     const char* key) {

@@ -13,7 +13,6 @@
 namespace kestrel {
 namespace {
 
-constexpr int narrowestPlacement = 1000;  // twips
 constexpr int summaryLines = 3;
 
 }  // namespace

@@ -17,7 +17,6 @@
 namespace kestrel {
 namespace {
 
-constexpr int narrowestPlacement = 1000;  // twips
 constexpr int listTab = 0;
 
 QString numbered(const char* name, int number) {

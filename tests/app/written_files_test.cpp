@@ -73,6 +73,15 @@ class WrittenFiles : public testing::TestWithParam<bool> {
 
     void write() { file.write(*spectrum, folder); }
 
+    // What stands in a file of this kind before and after it is written.
+    std::pair<std::string, std::string> oldAndNew(const WrittenFile& written) {
+        file = written;
+        begin();
+        std::string before = contents();
+        write();
+        return {before, contents()};
+    }
+
     std::unique_ptr<Spectrum> spectrum = std::make_unique<Spectrum>();
     TempFolder folder;
     WrittenFile file = files[0];
@@ -83,11 +92,9 @@ class WrittenFiles : public testing::TestWithParam<bool> {
 TEST_P(WrittenFiles, AreOldOrNewAndTheUserIsToldWhateverCallFails) {
     int injected = 0;
     for (const WrittenFile& written : files) {
-        file = written;
-        begin();
-        const std::string before = contents();
-        write();
-        const std::string after = contents();
+        const auto states = oldAndNew(written);
+        const std::string& before = states.first;
+        const std::string& after = states.second;
         for (const PlannedMishap& kind :
              {PlannedMishap{Mishap::Failure, ENOSPC}, PlannedMishap{Mishap::Failure, EIO},
               PlannedMishap{Mishap::ShortWrite, ENOSPC},
@@ -116,11 +123,9 @@ TEST_P(WrittenFiles, AreOldOrNewAndTheUserIsToldWhateverCallFails) {
 TEST_P(WrittenFiles, AreOldOrNewWhenTheProgramIsKilledAtAnyMoment) {
     int killed = 0;
     for (const WrittenFile& written : files) {
-        file = written;
-        begin();
-        const std::string before = contents();
-        write();
-        const std::string after = contents();
+        const auto states = oldAndNew(written);
+        const std::string& before = states.first;
+        const std::string& after = states.second;
         for (const Mishap mishap : {Mishap::KillBefore, Mishap::KillWithin, Mishap::KillAfter}) {
             killed += forEveryCall([&](int number) {
                 const pid_t child = fork();

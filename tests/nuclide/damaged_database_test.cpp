@@ -16,15 +16,7 @@ constexpr std::size_t passwordOffset = 0x42;
 
 class DamagedDatabase : public testing::Test {
   protected:
-    std::string refusal() {
-        NuclideDatabase database = test::nuclideDatabase();
-        try {
-            database.open(folder.path());
-        } catch (const DatabaseError& error) {
-            return error.what();
-        }
-        return {};
-    }
+    std::string refusal() const { return test::refusalOf(folder.path()); }
     std::string withPassword(const std::string& password) const {
         // What stands there is masked, so that exclusive-or with the letters masks them too.
         std::string bytes = test::smallJetBytes();

@@ -161,18 +161,7 @@ TEST(NuclideDatabaseFlags, FollowTheUsersOfTheConnection) {
 
 class MadeDatabase : public testing::Test {
   protected:
-    // The reason for which the database is refused; empty when it opens.
-    std::string refusal() {
-        NuclideDatabase database = test::nuclideDatabase();
-        try {
-            database.open(folder.path());
-        } catch (const DatabaseError& error) {
-            EXPECT_THAT(error.what(), HasSubstr(folder.path()));
-            EXPECT_FALSE(database.isOpen());
-            return error.what();
-        }
-        return {};
-    }
+    std::string refusal() const { return test::refusalOf(folder.path()); }
     void execute(const char* sql) {
         sqlite3* handle = nullptr;
         sqlite3_open(folder.file("nuc2k.mdb").c_str(), &handle);

@@ -11,11 +11,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string contentsOf(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 constexpr const char* folders[] = {"sqlite", "sqlite",  "sqlite",    "jet", "broken",
                                    "list",   "results", "not there", "in"};
 constexpr const char* outputs[] = {"results/a.csv", "results/b.csv", "results/protected.csv",
@@ -43,7 +38,7 @@ Files::Files(Random& random) : random_(random) {
          {"sqlite", "jet", "broken", "list/eng_list", "results", "settings", "in"})
         fs::create_directories(folder_.file(name));
     fs::copy_file(KESTREL_NUCLIDE_DATA "/nuc2k.mdb", folder_.file("sqlite/nuc2k.mdb"));
-    const std::string jet = contentsOf(KESTREL_TEST_DATA "/jet/nuc2k.mdb");
+    const std::string jet = test::contentsOf(KESTREL_TEST_DATA "/jet/nuc2k.mdb");
     folder_.write("jet/NUC2K.MDB", jet);
     folder_.write("broken/nuc2k.mdb", jet.substr(0, jet.size() / 2));
     std::string list(44 * 200, ' ');
@@ -53,7 +48,8 @@ Files::Files(Random& random) : random_(random) {
     mkfifo(folder_.file("in/pipe.chn").c_str(), 0600);
     fs::permissions(folder_.write("results/protected.csv", "old"), fs::perms::owner_read);
     for (const auto& [name, filter] : samples)
-        samples_.push_back({name, filter, contentsOf(std::string(KESTREL_SAMPLES "/") + name)});
+        samples_.push_back(
+            {name, filter, test::contentsOf(std::string(KESTREL_SAMPLES "/") + name)});
     samples_.push_back({"labo.dat", 4, "Laboratory Equipment" + std::string(9000, '\3')});
     fs::current_path(folder_.file("in"));
 }
@@ -109,7 +105,7 @@ std::string Files::folder() {
 }
 
 void Files::damageSettings() {
-    const std::string bytes = contentsOf(settingsFolder() + "/kestrel.inf");
+    const std::string bytes = test::contentsOf(settingsFolder() + "/kestrel.inf");
     if (!bytes.empty())
         folder_.write("settings/kestrel.inf", damaged(bytes + std::string(4000, '\n')));
 }

@@ -9,6 +9,9 @@ namespace kestrel {
 
 inline constexpr int twipsPerPixel = 15;
 
+// A stored width of no more than this, in twips, is no window that anybody left.
+inline constexpr int narrowestPlacement = 1000;
+
 WindowPlacement placementOf(const QWidget& window);
 
 // Moves and sizes the window. One that would lie on no screen any more is brought onto the nearest,
