@@ -11,6 +11,10 @@ namespace {
 constexpr double wantedTicks = 8;
 // Beyond this many steps from zero neighbouring ticks are not told apart reliably.
 constexpr double mostSteps = 1e9;
+// Below this many keV, which no spectrum spans, the powers of ten of a step are no longer numbers.
+constexpr double leastRange = 1e-200;
+// Between two channels, which never share more than the whole range.
+constexpr int mostTicks = 20;
 
 double energyAt(const Calibration& calibration, int channel) {
     return (calibration.c * channel + calibration.b) * channel + calibration.a;
@@ -58,7 +62,7 @@ Range energyRange(const Calibration& calibration, int first, int last) {
 std::vector<EnergyTick> energyTicks(const Calibration& calibration, int firstChannel,
                                     int lastChannel) {
     const auto [least, greatest] = energyRange(calibration, firstChannel, lastChannel);
-    if (!(greatest > least) || !std::isfinite(greatest - least))
+    if (!(greatest - least > leastRange) || !std::isfinite(greatest - least))
         return {};
     const Step step = stepFor(greatest - least);
     if (!(std::max(std::abs(least), std::abs(greatest)) / step.size() < mostSteps))
@@ -68,8 +72,9 @@ std::vector<EnergyTick> energyTicks(const Calibration& calibration, int firstCha
         const double from = energyAt(calibration, channel);
         const double to = energyAt(calibration, channel + 1);
         const auto [low, high] = std::minmax(from, to);
-        for (double n = std::ceil(low / step.size()); step.times(n) <= high; ++n) {
-            const double energy = step.times(n);
+        const double first = std::ceil(low / step.size());
+        for (int i = 0; i < mostTicks && step.times(first + i) <= high; ++i) {
+            const double energy = step.times(first + i);
             // A tick on a channel belongs to the pair that begins there.
             if (energy < low || (energy == to && channel + 1 < lastChannel))
                 continue;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 namespace kestrel {
@@ -47,6 +48,7 @@ TEST(EnergyAxis, HasRoundEnergiesWhereTheirChannelsAre) {
         {"constant", {5, 0, 0}, 0, 100, {}},
         {"one channel", {0, 1, 0}, 7, 7, {}},
         {"steps lost in the size of the energies", {1e300, 1e284, 0}, 0, 100, {}},
+        {"smaller than any energy", {0, 1e-318, 0}, 0, 100, {}},
         {"beyond all numbers", {0, std::numeric_limits<double>::max(), 0}, 0, 100, {}},
     };
     for (const Case& c : cases) {
@@ -68,6 +70,18 @@ TEST(EnergyAxis, ACalibrationThatTurnsHasTheSameEnergyOnBothSides) {
     }
     EXPECT_EQ(hundreds, 2);
     EXPECT_LE(found.size(), 22U);
+}
+
+TEST(EnergyAxis, HasFewTicksWhateverTheCalibrationIs) {
+    std::vector<double> values{0, std::numeric_limits<double>::quiet_NaN()};
+    for (int exponent = -1076; exponent <= 1021; exponent += 29)
+        values.insert(values.end(), {std::ldexp(7, exponent), std::ldexp(-7, exponent)});
+    for (const double b : values) {
+        for (const double c : values)
+            ASSERT_LE(energyTicks({b, c, b}, 0, 9).size() + energyTicks({1, b, c}, 0, 9).size(),
+                      44U)
+                << b << ' ' << c;
+    }
 }
 
 }  // namespace
