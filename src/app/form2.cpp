@@ -102,10 +102,8 @@ void Form2::connectControls() {
     // Held down, the step buttons go on stepping.
     Command5->setAutoRepeat(true);
     Command6->setAutoRepeat(true);
-    connect(Picture1, &PictureBox::keyDown, this, [this](int keyCode, int shift) {
-        activationFaulted_ = false;
-        view_.keyDown(keyCode, shift);
-    });
+    connect(Picture1, &PictureBox::keyDown, this,
+            [this](int keyCode, int shift) { view_.keyDown(keyCode, shift); });
     connect(Picture1, &PictureBox::mouseDown, this, &Form2::Picture1_MouseDown);
     connect(Picture1, &PictureBox::wheelTurned, this,
             [this](int notches, double x) { view_.turnWheel(notches, x); });
@@ -154,13 +152,10 @@ void Form2::changeEvent(QEvent* event) {
     view_.activate();
     // A nuclide that was chosen in another window shows on return.
     BuildNuclideMarks();
-    // The message of a fault hands the activation back to this window: a redraw that ended in one
-    // is not tried again before the user has done something.
-    if (activationFaulted_)
-        return;
-    activationFaulted_ = true;
-    view_.redraw();
-    activationFaulted_ = false;
+    // The message of a fault hands the activation back to this window: what ended in one is not
+    // drawn again before something else has been.
+    if (!view_.drawingFaulted())
+        view_.redraw();
 }
 
 // A message in front of the window takes the release of a held button away from it.

@@ -110,10 +110,9 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     SpectrumView view_;
     std::unique_ptr<Form7> form7_;
     std::unique_ptr<Form10> form10_;
-    QPointer<Form9> form9_;           // a closed one is gone
-    QPointer<Form12> form12_;         // likewise
-    bool activationFaulted_ = false;  // the redraw at the last activation ended in a fault
-    bool settingsUnsaved_ = false;    // the last attempt to save them failed
+    QPointer<Form9> form9_;         // a closed one is gone
+    QPointer<Form12> form12_;       // likewise
+    bool settingsUnsaved_ = false;  // the last attempt to save them failed
 };
 
 // "Kestrel  Ver: 1. 0 Rev: 0", blanks included.

@@ -31,6 +31,7 @@ void Form2::showOpened(OpenResult result) {
         showCaption();
         if (form10_)
             form10_->refresh();
+        BuildNuclideMarks();
         view_.showNewSpectrum();
         if (form7_ && form7_->isVisible() && form7_->close())
             pkarea_Click();

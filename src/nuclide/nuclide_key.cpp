@@ -21,19 +21,16 @@ bool hasLetter(std::string_view text) {
 }
 
 // The first letter in upper case, the second as typed, or a blank for symbols of one letter.
-std::string symbolOf(std::string_view name) {
-    std::string symbol = charactersPadded(name, 1, 2);
-    if (positionOfAny(symbol, symbolEnds) == 2)
-        symbol[1] = ' ';
-    return toUpper(symbol.substr(0, 1)) + symbol[1];
+std::string symbolOf(std::string_view firstTwo, bool oneLetter) {
+    return toUpper(firstTwo.substr(0, 1)) + (oneLetter ? ' ' : firstTwo[1]);
 }
 
 // `massAndMark` begins with a digit.
-std::string keyOf(std::string_view name, std::string_view massAndMark, std::size_t markWidth) {
+std::string keyOf(const std::string& symbol, std::string_view massAndMark, std::size_t markWidth) {
     const std::size_t q = positionOfOther(massAndMark, digits);
     const std::string_view mass = q == 0 ? massAndMark : massAndMark.substr(0, q - 1);
     const std::string_view mark = q == 0 ? "g" : massAndMark.substr(q - 1, markWidth);
-    return symbolOf(name) + "-" + paddedMass(mass) + std::string(mark);
+    return symbol + "-" + paddedMass(mass) + std::string(mark);
 }
 
 // Where the mass number begins; 0 for a name that is none.
@@ -55,7 +52,9 @@ std::optional<std::string> keyFromWindowName(std::string_view typed) {
     const std::size_t p = massPosition(name);
     if (p == 0)
         return std::nullopt;
-    return keyOf(name, fromCharacter(name, p).substr(0, longestMassAndMark), 2);
+    const std::string firstTwo = charactersPadded(name, 1, 2);
+    const std::string symbol = symbolOf(firstTwo, positionOfAny(firstTwo, symbolEnds) == 2);
+    return keyOf(symbol, fromCharacter(name, p).substr(0, longestMassAndMark), 2);
 }
 
 std::optional<std::string> keyFromPlotName(std::string_view typed) {
@@ -63,7 +62,9 @@ std::optional<std::string> keyFromPlotName(std::string_view typed) {
     const std::size_t p = massPosition(name);
     if (p == 0)
         return std::nullopt;
-    return keyOf(name, fromCharacter(name, p), 1);
+    const std::string firstTwo = charactersPadded(name, 1, 2);
+    const bool oneLetter = symbolEnds.find(firstTwo[1]) != std::string_view::npos;
+    return keyOf(symbolOf(firstTwo, oneLetter), fromCharacter(name, p), 1);
 }
 
 std::optional<std::string> askNuclideKey(NameRule rule, Dialogs& dialogs) {

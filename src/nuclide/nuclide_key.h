@@ -16,7 +16,8 @@ std::string nuclideKey(std::string_view element, std::int32_t mass, std::int32_t
 
 // The key that a typed name stands for; nothing for a name without a digit or without a letter. A
 // name typed in the nuclide window keeps up to two characters of the state mark, one typed on the
-// plot a single letter.
+// plot a single letter. They differ too where a name begins with a digit: of "60Co" the window's
+// rule takes "60" for the symbol, the plot's "6 ".
 std::optional<std::string> keyFromWindowName(std::string_view typed);
 std::optional<std::string> keyFromPlotName(std::string_view typed);
 

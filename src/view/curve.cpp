@@ -73,7 +73,7 @@ class CurvePainter {
           first_(input.view.viewStartCh),
           last_(input.view.viewEndCh),
           group_(std::int64_t{2} * decimationStep(input.view)),
-          heights_(input, first_, last_ + group_),
+          heights_(input, first_, lastRead()),
           lines_(input.view.plotMode == PlotMode::Line) {}
 
     void draw() { drawPart(first_ + 1, last_); }
@@ -94,11 +94,20 @@ class CurvePainter {
             drawGroups(from - (from - first_ - 1) % group_, to);
     }
 
+    // The last channel of the last group: only what is drawn can be too high for the plot.
+    std::int64_t lastRead() const {
+        if (group_ < 2 || last_ <= first_)
+            return last_;
+        return last_ - (last_ - first_ - 1) % group_ + group_;
+    }
+
     Colour colourOf(std::int64_t channel) const {
         if (fixedColour_)
             return *fixedColour_;
-        const Colour colour =
-            channel >= input_.spectrum.channelCount ? 0 : input_.channelColour[channel];
+        // A mark may reach one channel past the end, as the cursor may.
+        const bool marked = channel <= input_.spectrum.channelCount &&
+                            channel < static_cast<std::int64_t>(channelLimit);
+        const Colour colour = marked ? input_.channelColour[channel] : 0;
         return colour == 0 ? input_.palette[palette_number::white] : colour;
     }
 

@@ -57,18 +57,17 @@ void PictureBox::makePicture() {
 }
 
 void PictureBox::placeCursorMark(const CursorMark& mark) {
-    update(strip(mark_.cursor));
+    update(strip(mark_));
     mark_ = mark;
-    update(strip(mark_.previous));
-    update(strip(mark_.cursor));
+    update(strip(mark_));
 }
 
-// The column of the widget that a mark's line can touch.
-QRect PictureBox::strip(const CursorMark::Line& line) const {
-    if (!line.shown)
+// The column of the widget that a mark can touch.
+QRect PictureBox::strip(const CursorMark& mark) const {
+    if (!mark.shown)
         return {};
     const double ratio = devicePixelRatioF();
-    const int x = qRound(canvas_.toDevice(line.x, 0).x() / ratio);
+    const int x = qRound(canvas_.toDevice(mark.x, 0).x() / ratio);
     return {x - 2, 0, 5, height()};
 }
 
@@ -81,9 +80,9 @@ void PictureBox::paintEvent(QPaintEvent* event) {
     // Dot by dot, whatever fraction the pixel ratio is.
     painter.scale(1.0 / ratio, 1.0 / ratio);
     painter.drawImage(QPointF(0, 0), picture_);
-    if (mark_.cursor.shown) {
-        const QPoint top = canvas_.toDevice(mark_.cursor.x, CursorMark::top);
-        const QPoint bottom = canvas_.toDevice(mark_.cursor.x, CursorMark::bottom);
+    if (mark_.shown) {
+        const QPoint top = canvas_.toDevice(mark_.x, CursorMark::top);
+        const QPoint bottom = canvas_.toDevice(mark_.x, CursorMark::bottom);
         const int width = std::max(1, qRound(ratio));
         painter.fillRect(QRect(top.x() - width / 2, top.y(), width, bottom.y() - top.y() + 1),
                          toQColor(standardPalette[CursorMark::colour]));

@@ -59,7 +59,7 @@ class PictureBox : public QWidget {
     void makePicture();
     void followScreen();
     QSize dots() const;
-    QRect strip(const CursorMark::Line& line) const;
+    QRect strip(const CursorMark& mark) const;
 
     QImage picture_;
     PictureCanvas canvas_;

@@ -50,6 +50,7 @@ void SpectrumView::activate() {
 }
 
 void SpectrumView::redraw() {
+    drawingFaulted_ = true;
     drawSpectrum(input_, canvas_, dialogs_);
     drawCursor();
 }
@@ -259,15 +260,14 @@ void SpectrumView::turnWheel(int notches, double x) {
 }
 
 void SpectrumView::drawCursor() {
+    drawingFaulted_ = true;
     const bool shown = isShown(state_, state_.cursorCh);
     if (shown)
         canvas_.setDrawWidth(state_.plotMode == PlotMode::Line ? 1 : 2);
-    const bool previousShown = drawnCursor_ > state_.viewStartCh && drawnCursor_ < state_.viewEndCh;
-    window_.placeCursorMark({.previous = {drawnCursor_ + 0.5, previousShown},
-                             .cursor = {state_.cursorCh + 0.5, shown}});
-    drawnCursor_ = state_.cursorCh;
+    window_.placeCursorMark({state_.cursorCh + 0.5, shown});
     if (shown)
         window_.showStatus(statusLine(input_.spectrum, input_.derived, state_.cursorCh));
+    drawingFaulted_ = false;
 }
 
 }  // namespace kestrel

@@ -14,18 +14,14 @@
 
 namespace kestrel {
 
-// The cursor mark: two lines on the plot. The first stands at the channel that the cursor comes
-// from, where the picture under it is shown again; the second, green, stands at the cursor.
+// The cursor mark: a green line on the plot. Where it stood before, the picture under it shows
+// again.
 struct CursorMark {
-    struct Line {
-        double x = 0;  // user coordinate, the middle of the channel's step
-        bool shown = false;
-        friend bool operator==(const Line&, const Line&) = default;
-    };
-    Line previous;
-    Line cursor;
+    double x = 0;  // user coordinate, the middle of the channel's step
+    bool shown = false;
+    friend bool operator==(const CursorMark&, const CursorMark&) = default;
 
-    // Vertical extent of both lines.
+    // Its vertical extent.
     static constexpr double bottom = 10.0;
     static constexpr double top = plotTop;
     static constexpr int colour = palette_number::green;
@@ -71,6 +67,8 @@ class SpectrumView {
     void activate();
     // The whole picture anew, nothing moved.
     void redraw();
+    // Whether the last drawing of picture or cursor ended in a fault; the same one would again.
+    bool drawingFaulted() const { return drawingFaulted_; }
     // The shown range around the cursor, and the whole picture anew.
     void recentre();
 
@@ -120,7 +118,7 @@ class SpectrumView {
     Canvas& canvas_;
     Dialogs& dialogs_;
     ViewWindow& window_;
-    std::int16_t drawnCursor_ = 0;
+    bool drawingFaulted_ = false;
     // What the wheel is turned at. Kept while the pointer rests, since what each notch leaves
     // between it and the pointer would add up, and grow with the expansion.
     struct Target {

@@ -32,6 +32,8 @@ TEST(NuclideKey, IsMadeOfATypedNameByTheRuleOfEachDialog) {
         {"H=3", "H -  3g", "H -  3g"},
         {"h3", "H -  3g", "H -  3g"},
         {"  I-131  ", "I -131g", "I -131g"},
+        {"60Co", "60- 60Co", "6 - 60C"},
+        {"1H-3", "1H-  1H-", "1H-  1H"},
         {"EU-152", "EU-152g", "EU-152g"},
         {"K40 x", "K - 40 x", "K - 40 "},
         {"Co-123456", "Co-12345g", "Co-123456g"},

@@ -123,6 +123,9 @@ TEST_F(Plot, DrawsEveryChannelOfANarrowViewAsAHistogram) {
     EXPECT_EQ(curve[1], (Line{1, 0, 1, 200, white}));
     EXPECT_EQ(linesIn(0x00FF00),
               (std::vector<Line>{{1, 200, 2, 200, 0x00FF00}, {2, 200, 2, 400, 0x00FF00}}));
+    (*colours)[4096] = 0x00AA55;  // a mark may reach one past the end
+    draw(3000, 4100);
+    EXPECT_EQ(linesIn(0x00AA55).size(), 2U);
     EXPECT_EQ(canvas.drawWidth, 1);
 }
 
@@ -178,6 +181,11 @@ TEST_F(Plot, DrawsLinearHeightsUnclippedAndRoundedToEven) {
     EXPECT_TRUE(canvas.has({2, 5000, 2, 2, white}));
     spectrum->counts[1] = 2147483647;
     EXPECT_FAULT(draw(0, 2), Fault::Overflow);
+    // In groups of two: only a channel that one of them reads counts.
+    spectrum->counts[1] = 1;
+    spectrum->counts[3002] = 2000000000;
+    EXPECT_NO_THROW(draw(0, 3000));
+    EXPECT_FAULT(draw(0, 3001), Fault::Overflow);
 }
 
 TEST_F(Plot, DrawsNoCurveForAnEmptySpectrum) {

@@ -227,19 +227,13 @@ TEST_F(View, PutsTheCursorUnderTheMouseWithHalvesToEven) {
     view.mouseDown(-3.2);
     EXPECT_EQ(state.cursorCh, -3);
     EXPECT_EQ(window.status, status);
-    EXPECT_FALSE(window.mark.cursor.shown);
+    EXPECT_FALSE(window.mark.shown);
     EXPECT_FAULT(view.mouseDown(40000), Fault::Overflow);
 }
 
-TEST_F(View, MarksTheCursorAndTheChannelThatItComesFrom) {
-    after(1500, [&] { view.mouseDown(1400); });
-    view.mouseDown(1450);
-    EXPECT_EQ(window.mark.previous, (CursorMark::Line{1400.5, true}));
-    EXPECT_EQ(window.mark.cursor, (CursorMark::Line{1450.5, true}));
-    view.mouseDown(1024);
-    EXPECT_TRUE(window.mark.cursor.shown);
-    view.mouseDown(1100);
-    EXPECT_FALSE(window.mark.previous.shown);  // strictly inside only
+TEST_F(View, MarksTheMiddleOfTheCursorsStep) {
+    after(1500, [&] { view.mouseDown(1450); });
+    EXPECT_EQ(window.mark, (CursorMark{1450.5, true}));
 }
 
 // Snapping moves what is under a resting pointer by up to an eighth of the width at each notch.

@@ -7,6 +7,7 @@
 #include <QWheelEvent>
 
 #include "chn_bytes.h"
+#include "spectrum/energy_calibration.h"
 #include "window_fixture.h"
 
 namespace kestrel {
@@ -24,6 +25,12 @@ class MainWindow : public test::WindowTest {
     std::string status() const { return form2->Text1->text().toStdString(); }
     std::string caption() const { return form2->windowTitle().toStdString(); }
 
+    void markLineAt(const char* energy) const {
+        module->nuclide.rows.resize(2);
+        module->nuclide.rows[0].energy = energy;
+        module->nuclide.rows[0].intensity = "85";
+    }
+
     // How many dots of a colour the picture has in the column of a channel.
     int dotsAt(int channel, QRgb colour, const QImage& picture) const {
         const auto& canvas = static_cast<const PainterCanvas&>(form2->Picture1->canvas());
@@ -37,6 +44,7 @@ class MainWindow : public test::WindowTest {
 
 constexpr QRgb green = 0xFF008000;
 constexpr QRgb white = 0xFFFFFFFF;
+constexpr QRgb lightRed = 0xFFFF0000;
 
 TEST_F(MainWindow, StartsWithTheBaseCaptionAndABlankSpectrum) {
     EXPECT_EQ(caption(), "Kestrel  Ver: 1. 0 Rev: 0");
@@ -46,6 +54,10 @@ TEST_F(MainWindow, StartsWithTheBaseCaptionAndABlankSpectrum) {
     EXPECT_EQ(form2->Command2->text(), "Lin");
     EXPECT_FALSE(form2->Command3->isVisible());
     EXPECT_TRUE(form2->Picture1->hasFocus());
+    // The tick of the last channel stands in the last column of dots.
+    const QImage& picture = form2->picture();
+    const auto& canvas = static_cast<const PainterCanvas&>(form2->Picture1->canvas());
+    EXPECT_NE(picture.pixelColor(picture.width() - 1, canvas.toDevice(0, -15).y()), Qt::black);
 }
 
 TEST_F(MainWindow, HasItsWholeMenuTree) {
@@ -109,7 +121,11 @@ TEST_F(MainWindow, OpensTheFirstFileThatIsDroppedOnIt) {
     data.setUrls({QUrl(QStringLiteral("https://example.org/a.chn")),
                   QUrl::fromLocalFile(QStringLiteral(KESTREL_SAMPLES "/environmental-8192.chn")),
                   QUrl::fromLocalFile(QStringLiteral(KESTREL_SAMPLES "/empty-4096.chn"))});
+    openSample();
+    markLineAt("661.66");
     EXPECT_TRUE(dragAndDrop(*form2, data));
+    const int line = energyToChannel(module->spectrum.calCurrent, 661.66);
+    EXPECT_NE(module->channelColour[line], 0);  // the marks follow the calibration
     EXPECT_TRUE(caption().starts_with(KESTREL_SAMPLES "/environmental-8192.chn ... ")) << caption();
     EXPECT_EQ(module->view.viewEndCh, 8192);
     EXPECT_TRUE(form2->Picture1->hasFocus());
@@ -348,9 +364,18 @@ TEST_F(MainWindow, TellsAFaultOfTheRedrawAtActivationOnce) {
         QApplication::sendEvent(form2.get(), &activated);
     }
     EXPECT_EQ(dialogs.messages.size(), 1U);
-    key(Qt::Key_L);
-    EXPECT_EQ(module->view.linLogMode, CountAxis::Logarithmic);
-    EXPECT_EQ(dialogs.messages.size(), 1U);
+    key(Qt::Key_PageUp);
+    QEvent handedBack(QEvent::ActivationChange);
+    QApplication::sendEvent(form2.get(), &handedBack);
+    EXPECT_EQ(dialogs.messages.size(), 2U);
+    // By mouse alone the plot, and with it the marks, come back.
+    QTest::mouseClick(form2->Command2, Qt::LeftButton);
+    module->spectrum.counts[5] = 0;
+    markLineAt("661.66");
+    QApplication::sendEvent(form2.get(), &handedBack);
+    EXPECT_GT(
+        dotsAt(energyToChannel(module->spectrum.calCurrent, 661.66), lightRed, form2->picture()),
+        0);
 }
 
 TEST_F(MainWindow, TellsAFaultOfTheRedrawAtANewSizeOnceTheLayoutIsDone) {

@@ -113,10 +113,17 @@ void PainterCanvas::lineTo(double x, double y, Colour colour) {
         flush();
     pendingColour_ = colour;
     if (!column_.open)
-        goTo(toDevice(currentX_, currentY_));
-    goTo(toDevice(x, y));
+        goTo(onCanvas(toDevice(currentX_, currentY_)));
+    goTo(onCanvas(toDevice(x, y)));
     currentX_ = x;
     currentY_ = y;
+}
+
+// A line along the right edge of the scale, as the last channel tick is, takes the last dots.
+QPoint PainterCanvas::onCanvas(QPoint dot) const {
+    if (dot.x() == dots_.width())
+        dot.rx() -= lineDots_;
+    return dot;
 }
 
 void PainterCanvas::goTo(QPoint dot) {

@@ -59,6 +59,7 @@ class PainterCanvas : public Canvas {
   private:
     QPainter* painter();
     void updateFactors();
+    QPoint onCanvas(QPoint dot) const;
     void goTo(QPoint dot);
     void leaveColumn(QPoint dot);
     void closeColumn();
