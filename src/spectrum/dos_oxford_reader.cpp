@@ -109,9 +109,7 @@ std::optional<StartText> startOf(std::string_view text) {
 }
 
 void readStart(LineReader& lines, Spectrum& spectrum) {
-    spectrum.startDate.assign("");
-    spectrum.startTime.assign("");
-    spectrum.startSecondsRaw = {};
+    clearStart(spectrum);
     const LabelledValue start{dateLabel, [](std::string_view line, Spectrum& s) {
                                   const std::optional<StartText> found =
                                       startOf(textBehind(line, dateLabel));
@@ -121,8 +119,24 @@ void readStart(LineReader& lines, Spectrum& spectrum) {
     takeLabelledValues(lines, {&start, 1}, spectrum);
 }
 
+// The counts behind a channel number: blanks, tabulators or one comma, then a number up to a blank
+// or the end of the line. None for anything else, such as ": 5", ",5,6" or nothing.
+std::optional<std::string_view> countsBehind(std::string_view rest) {
+    constexpr std::string_view gap = " \t";
+    const std::size_t gapEnd = std::min(rest.find_first_not_of(gap), rest.size());
+    const bool comma = rest.substr(gapEnd).starts_with(',');
+    if (gapEnd == 0 && !comma)
+        return std::nullopt;
+    rest.remove_prefix(gapEnd + (comma ? 1 : 0));
+    rest.remove_prefix(std::min(rest.find_first_not_of(gap), rest.size()));
+    const std::string_view number = rest.substr(0, rest.find_first_of(gap));
+    const bool plain = number.find_first_not_of("0123456789.+-Ee") == std::string_view::npos;
+    return plain && std::ranges::any_of(number, isDigit) ? std::optional(number) : std::nullopt;
+}
+
 // Channel number and counts on each line, up to the end; lines that begin with no number are passed
-// over. False when the channels do not count on from 0 or 1: the table is then none of this kind.
+// over. False when the channels do not count on from 0 or 1, or a number has no counts behind it:
+// the table is then none of this kind.
 bool readCounts(LineReader& lines, Spectrum& spectrum) {
     bool fromOne = false;
     std::int32_t channels = 0;
@@ -136,7 +150,10 @@ bool readCounts(LineReader& lines, Spectrum& spectrum) {
         if (channel != channels + (fromOne ? 1 : 0))
             return false;
         const auto numberEnd = std::ranges::find_if_not(text, isDigit);
-        spectrum.counts[channels] = parseLeadingInteger({numberEnd, text.end()});
+        const auto counts = countsBehind({numberEnd, text.end()});
+        if (!counts)
+            return false;
+        spectrum.counts[channels] = parseLeadingInteger(*counts);
         ++channels;
     }
     spectrum.channelCount = narrow16(channels);

@@ -61,6 +61,12 @@ void useTrailerCalibration(Spectrum& spectrum) {
     spectrum.calFromFile = spectrum.calCurrent;
 }
 
+void clearStart(Spectrum& spectrum) {
+    spectrum.startDate.assign("");
+    spectrum.startTime.assign("");
+    spectrum.startSecondsRaw = {};
+}
+
 void setStart(Spectrum& spectrum, const StartText& start) {
     const bool dated = !trimBlanks(start.month + start.yearDigits).empty();
     spectrum.startDate.assignFromFile(

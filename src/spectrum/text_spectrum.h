@@ -50,6 +50,8 @@ struct StartText {
     std::string time;
 };
 
+// No start: date and time are blank.
+void clearStart(Spectrum& spectrum);
 // A start without month and year leaves the date blank.
 void setStart(Spectrum& spectrum, const StartText& start);
 

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <string_view>
 
@@ -22,10 +21,11 @@ constexpr int linesBeforeTable = 15;
 constexpr std::size_t countColumn = 8;
 
 float coefficientIn(std::string_view line) {
-    const double value = numberFrom(line, 54);
-    if (std::fabs(value) > double{std::numeric_limits<float>::max()})
+    // Rounded first: a value just above the largest single is that single.
+    const auto coefficient = static_cast<float>(numberFrom(line, 54));
+    if (std::isinf(coefficient))
         throw RuntimeFault(Fault::Overflow);
-    return static_cast<float>(value);
+    return coefficient;
 }
 
 // A line without a century has its year between 1970 and 2069.

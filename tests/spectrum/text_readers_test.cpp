@@ -207,6 +207,8 @@ TEST_F(TextReaders, RaiseTheFaultsOfTheirNumbersAndOfAShortTable) {
         EXPECT_FAULT(readChanged(c.form, c.from, c.to), c.fault) << c.from << " " << c.to;
     }
     EXPECT_FAULT(read(canberra35, canberraHeader), Fault::InputPastEnd);
+    // Rounds to the largest single-precision number.
+    EXPECT_TRUE(readChanged(winOxford, "1.2", "3.40282350e38"));
 }
 
 TEST_F(TextReaders, TakeAtMost17001Channels) {
@@ -248,11 +250,18 @@ TEST_F(TextReaders, TakeAnyLengthOfAWindowsTableButNone) {
     }
 }
 
-TEST_F(TextReaders, RefuseADosTableWithAGap) {
+TEST_F(TextReaders, RefuseADosTableWithAGapOrWithoutCounts) {
     EXPECT_FALSE(readChanged(dosOxford, "    1     12.5", "other"));
     EXPECT_FALSE(readChanged(dosOxford, "    0      5", "    7      5"));
     EXPECT_FALSE(read(dosOxford, dosOxford.file + "\r\n    4  1"));
     EXPECT_FALSE(read(dosOxford, dosOxford.file.substr(0, dosOxford.file.find("    0"))));
+    for (const char* line :
+         {"0: 5", "0,5,6", "0,1,234", "0", "0 Total", "0x5", "0 5cps", "0 .", "0,"})
+        EXPECT_FALSE(readChanged(dosOxford, "    0      5", line)) << line;
+    for (const char* line : {"0\t5", "0,5", "0 , 5", "0 \t5 \tcps", "000 +5.0"}) {
+        ASSERT_TRUE(readChanged(dosOxford, "    0      5", line)) << line;
+        EXPECT_EQ(spectrum.counts[0], 5) << line;
+    }
     ASSERT_TRUE(read(dosOxford, "Elt: 1\rReal Time: 1\rChn    Counts\r1 5\r2 6\r"));
     EXPECT_EQ(counts(), (std::vector<std::int32_t>{5, 6}));
 }
