@@ -21,6 +21,10 @@ constexpr std::size_t mostUsefulBytes = headerSize + channelLimit * countSize + 
 
 enum class ChnKind { CommentOnly, CommentAndExtension, Trailer, Unknown };
 
+void cutAtNul(FixedText<6>& text) {
+    text.assignFromFile(std::string(text.view()));
+}
+
 void readHeader(const ByteReader& file, Spectrum& spectrum) {
     spectrum.fileType = file.int16At(0);
     spectrum.mcaNumber = file.int16At(2);
@@ -67,7 +71,7 @@ void completeStartTime(Spectrum& spectrum) {
         spectrum.startTime.assign(std::string(spectrum.startTime.trimmed()) +
                                   formatNumber(b2 - '0', "0"));
     }
-    spectrum.startTime.assignFromFile(std::string(spectrum.startTime.view()));
+    cutAtNul(spectrum.startTime);
 }
 
 void readComment(const ByteReader& file, std::size_t offset, Spectrum& spectrum) {
@@ -127,8 +131,10 @@ bool readChnFile(Spectrum& spectrum, Dialogs& dialogs) {
     const std::vector<std::byte> bytes = input.readFront(mostUsefulBytes);
     const ByteReader file(bytes);
     readHeader(file, spectrum);
-    if (spectrum.fileType != -1)
+    if (spectrum.fileType != -1) {
+        cutAtNul(spectrum.startTime);
         return false;
+    }
     readCounts(file, spectrum);
     const ChnKind kind = kindOf(spectrum, static_cast<double>(input.size()));
     completeStartTime(spectrum);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/input_file.h"
+#include "base/runtime_fault.h"
 #include "spectrum/text_spectrum.h"
 
 namespace kestrel {
@@ -36,8 +37,12 @@ bool readLaboV154File(Spectrum& spectrum, Dialogs& dialogs) {
 std::string laboRefusal(const std::string& path) {
     if (!fileExists(path))
         return {};
-    InputFile file(path);
-    return hasMarker(file) ? "This is a Labo file. How it holds its counts is not known." : "";
+    try {
+        InputFile file(path);
+        return hasMarker(file) ? "This is a Labo file. How it holds its counts is not known." : "";
+    } catch (const RuntimeFault&) {
+        return "The file cannot be read.";
+    }
 }
 
 }  // namespace kestrel

@@ -13,8 +13,7 @@ namespace kestrel {
 bool readLaboFile(Spectrum& spectrum, Dialogs& dialogs);
 bool readLaboV154File(Spectrum& spectrum, Dialogs& dialogs);
 
-// Why a file was refused: that it is a Labo file, or nothing where it is none. Faults: DeviceError,
-// PathAccess.
+// Why a file was refused: that it is a Labo file or cannot be read, or nothing where it is none.
 std::string laboRefusal(const std::string& path);
 
 }  // namespace kestrel

@@ -13,6 +13,7 @@
 #include "base/input_file.h"
 #include "base/integers.h"
 #include "base/number_text.h"
+#include "base/runtime_fault.h"
 #include "spectrum/text_spectrum.h"
 
 namespace kestrel {
@@ -93,6 +94,8 @@ bool readNaigE560File(Spectrum& spectrum, Dialogs& dialogs) {
     dialogs.setPointer(Pointer::Hourglass);
     presetTextSpectrum(spectrum, naigMca);
     auto file = std::make_shared<InputFile>(spectrum.filePath);
+    if (file->size() > LineReader::largestFile)
+        throw RuntimeFault(Fault::PathAccess, spectrum.filePath);
     const std::optional<Header> header = readHeader(*file);
     if (!header || header->end >= file->size())
         return false;
@@ -106,6 +109,7 @@ bool readNaigE560File(Spectrum& spectrum, Dialogs& dialogs) {
         return false;
     takeTimesAndLength(fields, spectrum);
     setDescription(spectrum, header->text);
+    clearStart(spectrum);
     useTrailerCalibration(spectrum);
     dialogs.setPointer(Pointer::Default);
     return true;

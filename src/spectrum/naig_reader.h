@@ -9,7 +9,8 @@ namespace kestrel {
 // Reads spectrum.filePath. False when the capture ends before its first value, or says with a
 // question mark that it holds no spectrum; the file then stays open in spectrum.fileLeftOpen.
 // channelCount becomes one more than there are values; times are in 20 ms ticks.
-// Faults: those of InputFile; Overflow; SubscriptOutOfRange after 17001 values.
+// A capture has no start. Faults: those of InputFile; PathAccess for a file above
+// LineReader::largestFile; Overflow; SubscriptOutOfRange after 17001 values.
 bool readNaigE560File(Spectrum& spectrum, Dialogs& dialogs);
 
 }  // namespace kestrel

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "fault_matcher.h"
+#include "ordinary_user.h"
 #include "scripted_dialogs.h"
 #include "spectrum/open_spectrum.h"
 #include "temp_folder.h"
@@ -165,7 +166,7 @@ TEST_F(AllFormats, AnswerEmptyHugeAndEndlessFilesAtOnce) {
     }
     EXPECT_EQ(dialogs.messages.size(), 3U * 7 - 1);
     std::filesystem::resize_file(huge, 1'000'000'000'000);
-    for (const int textFilter : {2, 3, 6})
+    for (const int textFilter : {2, 3, 6, 7})
         EXPECT_EQ(test::faultOf([&] { open(textFilter, huge); }), 75) << textFilter;
     // Of the processor: how long the disk takes is no matter of the readers.
     EXPECT_LT(std::clock() - begin, 10 * CLOCKS_PER_SEC);
@@ -202,12 +203,22 @@ TEST_F(AllFormats, SayOfALaboFileThatItsLayoutIsNotKnown) {
         dialogs.messages.clear();
         EXPECT_EQ(openBytes(filter, beforeBorder + marked), 0);
         EXPECT_EQ(openBytes(filter, "other"), 0);
-        ASSERT_EQ(dialogs.messages.size(), 2U);
+        {
+            const std::string unreadable = folder.file("a.chn.asc.dat.txt");
+            std::filesystem::permissions(folder.path(), std::filesystem::perms{0755});
+            std::filesystem::permissions(unreadable, {});
+            const test::OrdinaryUser user;
+            EXPECT_FALSE(open(filter, unreadable));
+        }
+        std::filesystem::remove(folder.file("a.chn.asc.dat.txt"));
+        ASSERT_EQ(dialogs.messages.size(), 3U);
         EXPECT_EQ(dialogs.messages[0].text,
                   "File does not read.\nDifferent format ?!   Check file type !!");
         EXPECT_EQ(dialogs.messages[0].details,
                   "This is a Labo file. How it holds its counts is not known.");
         EXPECT_EQ(dialogs.messages[1].details, "");
+        EXPECT_EQ(dialogs.messages[2].text, dialogs.messages[0].text);
+        EXPECT_EQ(dialogs.messages[2].details, "The file cannot be read.");
     }
 }
 

@@ -92,6 +92,11 @@ TEST_F(ChnReader, RefusesAnotherFirstWordAndLeavesTheHourglass) {
     EXPECT_EQ(spectrum.fileType, 0x6854);
     EXPECT_EQ(spectrum.counts[0], 5);
     EXPECT_EQ(dialogs.pointer, Pointer::Hourglass);
+    EXPECT_FALSE(read(std::string("This is not") + std::string(13, 'x') +
+                      std::string("12\0"
+                                  "34",
+                                  5)));
+    EXPECT_EQ(spectrum.startTime.view(), "12    ");
     EXPECT_FALSE(read(""));
 }
 
@@ -140,6 +145,8 @@ TEST_F(ChnReader, SurvivesEveryHeaderByteFlipped) {
 
 TEST_F(ChnReader, RaisesTheFileFaultsOfMissingFilesAndFolders) {
     EXPECT_FAULT(readMissing(), Fault::FileNotFound);
+    spectrum.filePath = folder.file("gone/a.chn");
+    EXPECT_FAULT(readChnFile(spectrum, dialogs), Fault::PathNotFound);
     spectrum.filePath = folder.path();
     EXPECT_FAULT(readChnFile(spectrum, dialogs), Fault::PathAccess);
 }

@@ -20,6 +20,9 @@ class NaigReader : public test::ReaderTest {
 
 TEST_F(NaigReader, ReadsTimesAndCountsFromTheSameFields) {
     spectrum.counts[3] = 99;
+    spectrum.startDate.assign("01JAN001");
+    spectrum.startTime.assign("123456");
+    spectrum.startSecondsRaw = {5, 6};
     ASSERT_TRUE(read(capture("    300    310     12\r\n     ")));
     EXPECT_EQ(spectrum.channelCount, 4);
     EXPECT_EQ(spectrum.counts[0], 300);
@@ -30,6 +33,8 @@ TEST_F(NaigReader, ReadsTimesAndCountsFromTheSameFields) {
     EXPECT_EQ(spectrum.realTime, 15500);
     EXPECT_EQ(spectrum.comment.trimmed(), "SAMPLE A");
     EXPECT_EQ(spectrum.chnTrailer.sample.trimmed(), "SAMPLE A");
+    EXPECT_EQ(spectrum.startDate.trimmed().size() + spectrum.startTime.trimmed().size(), 0U);
+    EXPECT_EQ(spectrum.startSecondsRaw[0] + spectrum.startSecondsRaw[1], 0);
     EXPECT_EQ(spectrum.mcaNumber, 560);
     EXPECT_EQ(spectrum.segmentNumber, 1);
     EXPECT_EQ(spectrum.calCurrent, (Calibration{0, 1, 0}));
