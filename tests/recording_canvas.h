@@ -54,7 +54,7 @@ class RecordingCanvas : public Canvas {
     }
     double textHeight() const override { return lineHeight; }
     double textWidth(std::string_view text) const override {
-        return 0.01 * (scale_.right - scale_.left) * static_cast<double>(text.size());
+        return characterWidth * (scale_.right - scale_.left) * static_cast<double>(text.size());
     }
 
     bool has(const Line& line) const { return std::ranges::count(lines, line) > 0; }
@@ -69,6 +69,7 @@ class RecordingCanvas : public Canvas {
     std::vector<Text> texts;
     int drawWidth = 0;
     double lineHeight = 30;
+    double characterWidth = 0.01;  // as a part of the scale
     std::vector<UserScale> clips;
 
   private:

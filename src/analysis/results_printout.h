@@ -9,8 +9,9 @@
 
 namespace kestrel {
 
-// Prints title, header, `lines` and the closing rule on as many pages as they need; the column
-// headings stand on each. `printoutDate` is the current date and time. The document is left open.
+// Prints title, header, `lines` and the closing rule on as many pages as they need. On each further
+// page the file's name, the page's number and the column headings stand above them. `printoutDate`
+// is the current date and time. The document is left open.
 // Faults: those of the print job.
 void printResults(const Spectrum& spectrum, const std::vector<std::string>& lines,
                   const std::string& printoutDate, PrintJob& job);

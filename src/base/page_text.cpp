@@ -29,8 +29,8 @@ PageText::PageText(Canvas& canvas, const PageLayout& layout, int widest) : canva
     left_ = std::clamp(spare, 0.0, firstColumn);
 }
 
-bool PageText::hasRoom() const {
-    return y_ + lineHeight_ <= canvas_.scale().bottom;
+bool PageText::hasRoom(std::size_t lines) const {
+    return y_ + static_cast<double>(lines) * lineHeight_ <= canvas_.scale().bottom;
 }
 
 // The most bytes of `text` that fit; at least one, and all where not even that has room.

@@ -1,6 +1,7 @@
 // Lines of text on a printed page, in the columns and print zones of a line printer.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,8 +18,8 @@ class PageText {
     // Where lines of `widest` characters would not fit on the page, all begin further left.
     PageText(Canvas& canvas, const PageLayout& layout, int widest = 0);
 
-    // Whether another line has room on the page.
-    bool hasRoom() const;
+    // Whether so many more lines have room on the page.
+    bool hasRoom(std::size_t lines = 1) const;
     void startPage() { y_ = 0; }
     // Where the next line begins, as a part of the page's height.
     double used() const { return y_ / canvas_.scale().bottom; }

@@ -65,20 +65,26 @@ std::vector<std::string> headerLines(const Spectrum& spectrum) {
     };
 }
 
-// Above the plot, from a quarter of the range on or as far to the left as the longest line needs.
-void drawHeaderTexts(const ViewState& view, const std::vector<std::string>& lines, double headerEnd,
-                     Canvas& canvas) {
-    const UserScale& page = canvas.scale();
+// Where the header texts begin: at a quarter of the range, or as far to the left as the longest
+// needs.
+double headerLeft(const ViewState& view, const std::vector<std::string>& lines,
+                  const Canvas& canvas) {
+    const UserScale page = canvas.scale();
     double widest = 0;
     for (const std::string& line : lines)
         widest = std::max(widest, canvas.textWidth(trimBlanks(line)));
     const int first = view.viewStartCh;
     const double quarter = toInt16(first + (view.viewEndCh - first) / 4.0);
-    const double x = std::max(std::min(quarter, page.right - widest), page.left);
+    return std::max(std::min(quarter, page.right - widest), page.left);
+}
+
+// Above the plot, the last line standing on `base`.
+void drawHeaderTexts(const std::vector<std::string>& lines, double x, double base, double headerEnd,
+                     Canvas& canvas) {
+    const UserScale page = canvas.scale();
     const double height = canvas.textHeight();
     const double belowPageHeader = page.top - headerEnd * (page.top - page.bottom);
-    double y =
-        std::min(plotTop + gap + static_cast<double>(lines.size()) * height, belowPageHeader);
+    double y = std::min(base + static_cast<double>(lines.size()) * height, belowPageHeader);
     for (const std::string& line : lines) {
         printAt(canvas, x, y, line);
         y -= height;
@@ -128,9 +134,14 @@ void drawPage(const PrintoutInput& input, double headerEnd, Canvas& canvas) {
     const std::vector<std::string> lines = headerLines(input.spectrum);
     canvas.setScale(pageScale(view, 0));
     const double line = canvas.textHeight() / (pageTop - pageBottom);
-    canvas.setScale(pageScale(view, headerEnd + static_cast<double>(lines.size()) * line));
+    const double left = headerLeft(view, lines, canvas);
+    // Left of the plot they stand above the uppermost label of the count axis.
+    const bool aboveLabel = left < view.viewStartCh;
+    const double room = static_cast<double>(lines.size()) + (aboveLabel ? 1 : 0);
+    canvas.setScale(pageScale(view, headerEnd + room * line));
     canvas.setForeColour(ink);
-    drawHeaderTexts(view, lines, headerEnd, canvas);
+    const double base = plotTop + gap + (aboveLabel ? canvas.textHeight() : 0);
+    drawHeaderTexts(lines, left, base, headerEnd, canvas);
     drawChannelAxis(view, canvas);
     printCentred((view.viewStartCh + view.viewEndCh) / 2.0, channelTitleTop - canvas.textHeight(),
                  "CHANNEL", canvas);
