@@ -86,10 +86,8 @@ void Form11::Command1_Click() {
     const std::string label = "Save as..." + pkmFileName(source_.spectrum);
     const bool chosen = chooseDirectoryOrCurrent(source_.saveAsDir,
                                                  [&] { chooser_("Output file Dir", label, this); });
-    if (!chosen)
-        return;
-    writePkmFile(source_.spectrum, source_.saveAsDir, chosenLines());
-    accept();
+    if (chosen && savePkmFile(source_.spectrum, source_.saveAsDir, chosenLines(), source_.dialogs))
+        accept();
 }
 
 void Form11::Command2_Click() {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string_view>
+#include <system_error>
 
 #include "analysis/result_list.h"
 #include "base/file_replacement.h"
@@ -23,6 +24,24 @@ std::string withoutSeparator(std::string_view folder) {
     return std::string(trimmed);
 }
 
+std::string pathIn(const std::string& folder, const Spectrum& spectrum) {
+    return withoutSeparator(folder) + separator + pkmFileName(spectrum);
+}
+
+// Also a link that leads nowhere.
+bool isTaken(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
+}
+
+bool mayReplace(const std::string& path, const Spectrum& spectrum, Dialogs& dialogs) {
+    return dialogs.message({.text = pkmFileName(spectrum) + " is there already.\nReplace it ?",
+                            .title = "Check...",
+                            .icon = Icon::Question,
+                            .buttons = Buttons::OkCancel,
+                            .details = path});
+}
+
 }  // namespace
 
 std::string pkmFileName(const Spectrum& spectrum) {
@@ -37,7 +56,16 @@ void writePkmFile(const Spectrum& spectrum, const std::string& folder,
     std::string contents;
     for (const std::string& line : all)
         contents += line + "\r\n";
-    replaceFile(withoutSeparator(folder) + separator + pkmFileName(spectrum), contents);
+    replaceFile(pathIn(folder, spectrum), contents);
+}
+
+bool savePkmFile(const Spectrum& spectrum, const std::string& folder,
+                 const std::vector<std::string>& lines, Dialogs& dialogs) {
+    const std::string path = pathIn(folder, spectrum);
+    if (isTaken(path) && !mayReplace(path, spectrum, dialogs))
+        return false;
+    writePkmFile(spectrum, folder, lines);
+    return true;
 }
 
 }  // namespace kestrel

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "base/dialogs.h"
 #include "spectrum/spectrum.h"
 
 namespace kestrel {
@@ -15,5 +16,10 @@ std::string pkmFileName(const Spectrum& spectrum);
 // the bytes that they have. Faults: those of replaceFile.
 void writePkmFile(const Spectrum& spectrum, const std::string& folder,
                   const std::vector<std::string>& lines);
+
+// The same, once the user agrees to the loss of an older file. False when the user does not; that
+// file then stays. Faults: those of writePkmFile.
+bool savePkmFile(const Spectrum& spectrum, const std::string& folder,
+                 const std::vector<std::string>& lines, Dialogs& dialogs);
 
 }  // namespace kestrel

@@ -1,164 +1,120 @@
 #include "base/file_replacement.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
-#include <memory>
 #include <random>
-#include <system_error>
 
+#include "base/file_place.h"
 #include "base/runtime_fault.h"
-
-#if defined(__unix__)
-#include <unistd.h>
-#endif
 
 namespace kestrel {
 namespace {
 
-namespace fs = std::filesystem;
+constexpr mode_t privateMode = S_IRUSR | S_IWUSR;
+constexpr mode_t publicMode = privateMode | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+constexpr mode_t anyPermission = S_IRWXU | S_IRWXG | S_IRWXO;
 
-Fault faultFor(int error) {
-    switch (error) {
-        case ENOSPC:
-        case EFBIG:
-#if defined(EDQUOT)
-        case EDQUOT:
-#endif
-            return Fault::DiskFull;
-        case EACCES:
-        case EPERM:
-        case EROFS:
-        case EISDIR:
-        case ELOOP:
-        case ENAMETOOLONG:
-            return Fault::PathAccess;
-        case ENOENT:
-        case ENOTDIR:
-            return Fault::PathNotFound;
-        default:
-            return Fault::DeviceError;
-    }
-}
-
-void check(int error, const std::string& subject) {
-    if (error != 0)
-        throw RuntimeFault(faultFor(error), subject);
-}
-
-// Where the links lead, also when there is no file yet.
-fs::path followLinks(fs::path path) {
-    constexpr int longestChain = 40;
-    std::error_code error;
-    for (int i = 0; i < longestChain && fs::is_symlink(path, error); ++i)
-        path = path.parent_path() / fs::read_symlink(path, error);
-    return path;
-}
-
-bool isWriteProtected([[maybe_unused]] const fs::path& file, fs::perms permissions) {
+bool isWriteProtected(const FilePlace& place) {
     // The bits count for the superuser as well, whom the system would let through.
-    constexpr fs::perms writing =
-        fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
-    if ((permissions & writing) == fs::perms::none)
+    if ((place.file->st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
         return true;
-#if defined(__unix__)
-    return ::access(file.c_str(), W_OK) != 0 && (errno == EACCES || errno == EPERM);
-#else
-    return false;
-#endif
+    return ::faccessat(place.folder.get(), place.name.c_str(), W_OK, 0) != 0 &&
+           (errno == EACCES || errno == EPERM);
 }
 
-// The permissions of the file that is to be replaced; perms::unknown when there is none.
-fs::perms checkOldFile(const fs::path& target, const std::string& subject) {
-    std::error_code error;
-    const fs::file_status status = fs::status(target, error);
-    if (status.type() == fs::file_type::not_found)
-        return fs::perms::unknown;
-    if (status.type() == fs::file_type::none)
-        check(error.default_error_condition().value(), subject);
-    if (status.type() != fs::file_type::regular)
+void checkOldFile(const FilePlace& place, const std::string& subject) {
+    if (!place.file)
+        return;
+    if (!S_ISREG(place.file->st_mode))
         throw RuntimeFault(Fault::PathAccess, subject);
-    if (isWriteProtected(target, status.permissions()))
+    if (isWriteProtected(place))
         throw RuntimeFault(Fault::PermissionDenied, subject);
-    return status.permissions();
 }
 
-int sync(std::FILE* file) {
-#if defined(__unix__)
-    return ::fsync(::fileno(file));
-#else
-    return std::fflush(file);
-#endif
-}
-
-// The new contents until they have their final name; removed again when they never get it.
+// The new contents until they have their final name; removed again when they never get it. Until
+// then they are the user's alone.
 class TemporaryFile {
   public:
-    TemporaryFile(const fs::path& folder, const std::string& subject) : subject_(subject) {
+    TemporaryFile(const FilePlace& place, const std::string& subject)
+        : place_(place), subject_(subject) {
         constexpr int attempts = 100;
-        for (int i = 0; i < attempts && !file_; ++i) {
-            path_ = (folder / (".kestrel-" + std::to_string(std::random_device()()))).string();
-            file_.reset(std::fopen(path_.c_str(), "wbx"));
-            if (!file_ && errno != EEXIST)
+        for (int i = 0; i < attempts && !file_.isOpen(); ++i) {
+            name_ = ".kestrel-" + std::to_string(std::random_device()());
+            file_ = create();
+            if (!file_.isOpen() && errno != EEXIST)
                 break;
         }
-        require(file_ != nullptr);
-        // The contents come in one piece; without a buffer a failure shows where it happens.
-        std::setvbuf(file_.get(), nullptr, _IONBF, 0);
+        require(file_.isOpen());
     }
     ~TemporaryFile() {
-        file_.reset();
+        if (file_.isOpen())
+            file_.close();
         if (!renamed_)
-            std::remove(path_.c_str());
+            ::unlinkat(folder(), name_.c_str(), 0);
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    void setPermissions(fs::perms permissions) {
-        // A file system without permissions has none to keep.
-        std::error_code ignored;
-        fs::permissions(path_, permissions, ignored);
-    }
-
     void write(std::string_view contents) {
-        require(std::fwrite(contents.data(), 1, contents.size(), file_.get()) == contents.size());
-        require(sync(file_.get()) == 0);
-        require(std::fclose(file_.release()) == 0);
+        struct stat created {};
+        require(::fstat(file_.get(), &created) == 0);
+        setMode(privateMode);
+        writeAll(contents);
+        setMode((place_.file ? *place_.file : created).st_mode & anyPermission);
+        require(::fsync(file_.get()) == 0);
+        require(file_.close() == 0);
     }
 
-    void renameTo(const fs::path& target) {
-        std::error_code error;
-        fs::rename(path_, target, error);
-        check(error.default_error_condition().value(), subject_);
+    void takeName() {
+        require(::renameat(folder(), name_.c_str(), folder(), place_.name.c_str()) == 0);
         renamed_ = true;
     }
 
   private:
-    // After a call of the C library.
-    void require(bool succeeded) const {
-        if (!succeeded)
-            check(errno == 0 ? EIO : errno, subject_);
+    int folder() const { return place_.folder.get(); }
+    void require(bool succeeded) const { requireCall(succeeded, subject_); }
+
+    // Where there is no old file, the system gives the permissions that new files have there.
+    Handle create() const {
+        return Handle(::openat(folder(), name_.c_str(),
+                               O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                               place_.file ? privateMode : publicMode));
     }
 
-    struct Closer {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
+    void setMode(mode_t mode) {
+        // A file system without permissions has none to keep.
+        static_cast<void>(::fchmod(file_.get(), mode));
+    }
+
+    void writeAll(std::string_view contents) {
+        while (!contents.empty()) {
+            const ssize_t count = ::write(file_.get(), contents.data(), contents.size());
+            if (count < 0 && errno == EINTR)
+                continue;
+            require(count > 0);
+            contents.remove_prefix(static_cast<std::size_t>(count));
+        }
+    }
+
+    const FilePlace& place_;
     const std::string& subject_;
-    std::string path_;
-    std::unique_ptr<std::FILE, Closer> file_;
+    std::string name_;
+    Handle file_{-1};
     bool renamed_ = false;
 };
 
 }  // namespace
 
 void replaceFile(const std::string& path, std::string_view contents) {
-    const fs::path target = followLinks(path);
-    const fs::perms permissions = checkOldFile(target, path);
-    TemporaryFile temporary(target.parent_path(), path);
-    if (permissions != fs::perms::unknown)
-        temporary.setPermissions(permissions);
+    const FilePlace place = findFilePlace(path);
+    checkOldFile(place, path);
+    TemporaryFile temporary(place, path);
     temporary.write(contents);
-    temporary.renameTo(target);
+    temporary.takeName();
 }
 
 }  // namespace kestrel

@@ -7,9 +7,10 @@
 
 namespace kestrel {
 
-// Replaces the file at `path` (or makes it) by `contents`. A link is followed, and the old file's
-// permissions are kept. Faults: DiskFull, PermissionDenied (the old file is write-protected),
-// PathNotFound, PathAccess, DeviceError; the old file is then as it was and nothing else is left.
+// Replaces the file at `path` (or makes it) by `contents`. A link is followed where nobody else can
+// have planted it (findFilePlace), and the old file's permissions are kept, but no set-id bit.
+// Faults: those of findFilePlace, DiskFull, PermissionDenied (the old file is write-protected),
+// PathAccess, DeviceError; the old file is then as it was and nothing else is left.
 void replaceFile(const std::string& path, std::string_view contents);
 
 }  // namespace kestrel

@@ -98,7 +98,7 @@ TEST_P(WrittenFiles, AreOldOrNewAndTheUserIsToldWhateverCallFails) {
         for (const PlannedMishap& kind :
              {PlannedMishap{Mishap::Failure, ENOSPC}, PlannedMishap{Mishap::Failure, EIO},
               PlannedMishap{Mishap::ShortWrite, ENOSPC},
-              PlannedMishap{Mishap::ShortWrite, 0, 1, "fwrite"}}) {
+              PlannedMishap{Mishap::ShortWrite, 0, 1, "write"}}) {
             injected += forEveryCall([&](int number) {
                 PlannedMishap plan = kind;
                 plan.number = number;

@@ -1,3 +1,6 @@
+// The C library's checking versions of these calls would be in the way.
+#undef _FORTIFY_SOURCE
+
 #include "base/failing_calls.h"
 
 #include <dlfcn.h>
@@ -7,7 +10,7 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
+#include <cstdarg>
 #include <cstdlib>
 
 namespace kestrel::test {
@@ -91,43 +94,49 @@ bool FailingCalls::happened() {
 using kestrel::test::call;
 using kestrel::test::failingWithMinusOne;
 using kestrel::test::next;
+using kestrel::test::plan;
 using kestrel::test::writesShort;
 
 extern "C" {
 
-FILE* fopen(const char* path, const char* mode) {
-    static auto* const real = next<FILE*(const char*, const char*)>("fopen");
-    return call(
-        "fopen", [&] { return real(path, mode); }, [] { return static_cast<FILE*>(nullptr); });
+int openat(int folder, const char* path, int flags, ...) {
+    va_list rest;
+    va_start(rest, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
+    va_end(rest);
+    return failingWithMinusOne("openat", folder, path, flags, mode);
 }
 
-std::size_t fwrite(const void* bytes, std::size_t size, std::size_t count, FILE* file) {
-    static auto* const real =
-        next<std::size_t(const void*, std::size_t, std::size_t, FILE*)>("fwrite");
-    const auto half = [&] { return real(bytes, size, count / 2, file); };
-    const auto failing = [&] { return writesShort() ? half() : std::size_t{0}; };
-    return call(
-        "fwrite", [&] { return real(bytes, size, count, file); }, failing, half);
-}
-
-int fclose(FILE* file) {
-    static auto* const real = next<int(FILE*)>("fclose");
+ssize_t write(int file, const void* bytes, std::size_t count) {
+    static auto* const real = next<ssize_t(int, const void*, std::size_t)>("write");
+    const auto half = [&] { return real(file, bytes, count / 2); };
+    // Without an error a short write is a success that wants to be gone on with.
     const auto failing = [&] {
-        real(file);
-        return EOF;
+        const ssize_t written = writesShort() ? half() : 0;
+        return plan->error == 0 ? written : -1;
     };
     return call(
-        "fclose", [&] { return real(file); }, failing);
+        "write", [&] { return real(file, bytes, count); }, failing, half);
+}
+
+int close(int file) {
+    static auto* const real = next<int(int)>("close");
+    const auto failing = [&] {
+        real(file);
+        return -1;
+    };
+    return call(
+        "close", [&] { return real(file); }, failing);
 }
 
 int fsync(int file) {
     return failingWithMinusOne("fsync", file);
 }
-int rename(const char* from, const char* to) noexcept {
-    return failingWithMinusOne("rename", from, to);
+int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept {
+    return failingWithMinusOne("renameat", fromFolder, from, toFolder, to);
 }
-int remove(const char* path) noexcept {
-    return failingWithMinusOne("remove", path);
+int unlinkat(int folder, const char* path, int flags) noexcept {
+    return failingWithMinusOne("unlinkat", folder, path, flags);
 }
 int mkdir(const char* path, mode_t mode) noexcept {
     return failingWithMinusOne("mkdir", path, mode);
@@ -138,11 +147,17 @@ int stat(const char* path, struct stat* status) noexcept {
 int lstat(const char* path, struct stat* status) noexcept {
     return failingWithMinusOne("lstat", path, status);
 }
-int access(const char* path, int mode) noexcept {
-    return failingWithMinusOne("access", path, mode);
+int fstat(int file, struct stat* status) noexcept {
+    return failingWithMinusOne("fstat", file, status);
 }
-int fchmodat(int folder, const char* path, mode_t mode, int flags) noexcept {
-    return failingWithMinusOne("fchmodat", folder, path, mode, flags);
+int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept {
+    return failingWithMinusOne("fstatat", folder, path, status, flags);
+}
+int faccessat(int folder, const char* path, int mode, int flags) noexcept {
+    return failingWithMinusOne("faccessat", folder, path, mode, flags);
+}
+int fchmod(int file, mode_t mode) noexcept {
+    return failingWithMinusOne("fchmod", file, mode);
 }
 
 }  // extern "C"

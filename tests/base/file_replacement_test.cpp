@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
@@ -52,7 +54,7 @@ TEST(FileReplacement, TellsTheKindsOfFailureApart) {
         {ENOENT, Fault::PathNotFound}, {ENOTDIR, Fault::PathNotFound}, {EIO, Fault::DeviceError},
     };
     for (const auto& [error, fault] : cases) {
-        const test::PlannedMishap plan{.error = error, .only = "fopen"};
+        const test::PlannedMishap plan{.error = error, .only = "openat"};
         const test::FailingCalls failing(plan);
         EXPECT_FAULT(replaceFile(folder.file("a"), "x"), fault) << error;
     }
@@ -67,6 +69,7 @@ TEST(FileReplacement, IsRefusedForWhatIsNoWritableFile) {
     const RefusedPath cases[] = {
         {folder.file("protected"), Fault::PermissionDenied},
         {folder.path(), Fault::PathAccess},
+        {folder.file("cut") + '\0' + "/a.pkm", Fault::BadFileName},
         {folder.file("pipe"), Fault::PathAccess},
         {folder.file("loop"), Fault::PathAccess},
         {folder.file(std::string(300, 'n')), Fault::PathAccess},
@@ -99,10 +102,11 @@ TEST(FileReplacement, NeedsAFolderThatCanBeWritten) {
 
 TEST(FileReplacement, KeepsThePermissionsOfTheOldFile) {
     const TempFolder folder;
-    for (const fs::perms permissions : {fs::perms(0600), fs::perms(0666)}) {
-        fs::permissions(folder.write("a", "old"), permissions);
+    // But a set-id bit would lend the user's rights to whoever runs the file.
+    for (const auto& [before, after] : {std::pair{0600, 0600}, {0666, 0666}, {06775, 0775}}) {
+        fs::permissions(folder.write("a", "old"), fs::perms(before));
         replaceFile(folder.file("a"), "new");
-        EXPECT_EQ(fs::status(folder.file("a")).permissions(), permissions);
+        EXPECT_EQ(fs::status(folder.file("a")).permissions(), fs::perms(after));
     }
 }
 
@@ -117,6 +121,73 @@ TEST(FileReplacement, ReplacesTheFileThatALinkLeadsTo) {
     EXPECT_TRUE(fs::is_symlink(folder.file("link")));
     EXPECT_EQ(folder.read("real/a"), "new");
     EXPECT_EQ(folder.read("real/b"), "made");
+}
+
+// Whatever others could have put in the way of a file to have another one of the user replaced.
+TEST(FileReplacement, FollowsNoLinkThatAnotherUserMayHavePlanted) {
+    struct Case {
+        const char* about;
+        fs::perms folder;
+        uid_t owner;  // of the link
+        const char* link;
+        const char* target;
+        int fault;
+    };
+    const uid_t self = geteuid();
+    constexpr uid_t stranger = 12345;
+    constexpr int refused = static_cast<int>(Fault::PathAccess);
+    const Case cases[] = {
+        {"one's own", fs::perms(0755), self, "in/a", "../kept", 0},
+        {"one's own, of a folder", fs::perms(0755), self, "in", "../real", 0},
+        {"in a folder of all", fs::perms(0777), self, "in/a", "../kept", refused},
+        {"in a folder of all, sticky", fs::perms(01777), self, "in/a", "../kept", refused},
+        {"of another user", fs::perms(0755), stranger, "in/a", "../kept", refused},
+        {"of another user, of a folder", fs::perms(0755), stranger, "in", "../real", refused},
+        {"of another user, to nothing", fs::perms(0755), stranger, "in/a", "../new", refused},
+    };
+    for (const Case& c : cases) {
+        if (c.owner != self && self != 0)
+            continue;  // only the superuser can make links of others
+        const TempFolder folder;
+        const std::string below = folder.file("below");
+        for (const char* made : {"below", "below/in", "real"})
+            fs::create_directory(folder.file(made));
+        folder.write("below/kept", "old");
+        folder.write("real/a", "old");
+        const fs::path link = fs::path(below) / c.link;
+        fs::remove(link);
+        fs::create_symlink(c.target, link);
+        ASSERT_EQ(lchown(link.c_str(), c.owner, getegid()), 0);
+        fs::permissions(link.parent_path(), c.folder);
+        EXPECT_EQ(test::faultOf([&] { replaceFile(below + "/in/a", "new"); }), c.fault) << c.about;
+        const bool toFile = std::string_view(c.link) == "in/a";
+        EXPECT_EQ(folder.read(toFile ? "below/kept" : "real/a"), c.fault == 0 ? "new" : "old")
+            << c.about;
+        EXPECT_FALSE(folder.has("below/new")) << c.about;
+    }
+}
+
+TEST(FileReplacement, ShowsNobodyTheNewContentsBeforeTheyAreWhole) {
+    const TempFolder folder;
+    fs::permissions(folder.write("a", "old"), fs::perms(0644));
+    for (const char* name : {"a", "b"}) {
+        const pid_t child = fork();
+        if (child == 0) {
+            const test::PlannedMishap plan{test::Mishap::KillAfter, 0, 1, "write"};
+            const test::FailingCalls failing(plan);
+            replaceFile(folder.file(name), "new");
+            _exit(0);
+        }
+        waitpid(child, nullptr, 0);
+    }
+    int unfinished = 0;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder.path())) {
+        if (entry.path().filename() == "a")
+            continue;
+        EXPECT_EQ(entry.status().permissions(), fs::perms(0600));
+        ++unfinished;
+    }
+    EXPECT_EQ(unfinished, 2);
 }
 
 TEST(FileReplacement, LeavesTheOldFileWholeWhenTheSystemStopsTheWriting) {

@@ -288,11 +288,22 @@ TEST_F(Analysis, TrimsAndSavesTheListOfResults) {
         EXPECT_TRUE(form.isVisible());
         form.List1->item(1)->setSelected(true);
         form.List1->item(2)->setSelected(true);
+        // An older file stays until the user agrees.
+        const char* name = "eu152-co60-cs137-4096.pkm";
+        folder.write(name, "old");
+        dialogs.messageAnswer = false;
+        save(form, folder.path());
+        EXPECT_EQ(dialogs.messages.back().text,
+                  std::string(name) + " is there already.\nReplace it ?");
+        EXPECT_EQ(dialogs.messages.back().details, folder.file(name));
+        EXPECT_EQ(folder.read(name), "old");
+        EXPECT_TRUE(form.isVisible());
+        dialogs.messageAnswer = true;
         save(form, folder.path());
         EXPECT_FALSE(form.isVisible());
     });
     trigger("o1");
-    EXPECT_EQ(modal, 4);
+    EXPECT_EQ(modal, 5);
     EXPECT_EQ(module->settings.peakSetCount, 5);
     const std::string file = folder.read("eu152-co60-cs137-4096.pkm");
     EXPECT_EQ(std::count(file.begin(), file.end(), '\n'), 8 + 2 + 1);
