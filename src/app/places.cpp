@@ -30,6 +30,9 @@ fs::path firstThere(const std::array<fs::path, N>& candidates) {
 
 Places findPlaces(const std::string& programFolder) {
     const fs::path program = programFolder;
+    // A relative place would be one below the current folder, where anybody's files may lie.
+    if (!program.is_absolute())
+        return {};
     const fs::path prefix = program.parent_path();
     const std::array data = {prefix / "share" / "kestrel" / "nuc2k.mdb",
                              prefix / "data" / "nuc2k.mdb"};

@@ -12,8 +12,6 @@
 #include <cerrno>
 #include <csignal>
 #include <thread>
-
-extern char** environ;
 #endif
 
 namespace kestrel {
@@ -116,9 +114,11 @@ pid_t start(const std::vector<std::string>& command, int output) {
     for (std::string& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
+    // None of the variables by which somebody could lead the program or its libraries astray.
+    std::array<char*, 1> environment = {nullptr};
     pid_t child = 0;
-    const int error =
-        posix_spawn(&child, arguments[0], actions.get(), nullptr, arguments.data(), environ);
+    const int error = posix_spawn(&child, arguments[0], actions.get(), nullptr, arguments.data(),
+                                  environment.data());
     return error == 0 ? child : Child::none;
 }
 
@@ -169,6 +169,8 @@ void finish(Child& child, Clock::time_point deadline, ChildResult& result) {
 
 ChildResult runChild(const std::vector<std::string>& command, const ChildLimits& limits) {
     ChildResult result;
+    if (command.empty() || !command.front().starts_with('/'))
+        return result;
     waitForChildren();
     std::array<int, 2> pipe{};
     if (::pipe2(pipe.data(), O_CLOEXEC) != 0)

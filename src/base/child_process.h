@@ -20,8 +20,8 @@ struct ChildResult {
     std::string output;  // what it wrote to its standard output
 };
 
-// Runs command[0] (a path) with the other entries as arguments and waits for it. The child has no
-// input, and its error messages go nowhere.
+// Runs command[0] (an absolute path; any other is not started) with the other entries as arguments
+// and waits for it. The child has no input and no environment, and its error messages go nowhere.
 ChildResult runChild(const std::vector<std::string>& command, const ChildLimits& limits);
 
 }  // namespace kestrel

@@ -7,19 +7,37 @@
 #include <limits>
 #include <utility>
 
+#include "base/input_file.h"
 #include "base/integers.h"
 #include "base/text.h"
+#include "nuclide/sqlite_guard.h"
 
 namespace kestrel {
 namespace {
 
-// Far above the largest database that fits an Access file of some million lines.
-constexpr sqlite3_int64 heapLimit = sqlite3_int64{1} << 30;
-// The longest text that an Access column holds is 255 characters; a memo may be longer.
-constexpr int longestValue = 1 << 16;
+// Of the library itself, which keeps pages and what a query sorts, not the database.
+constexpr sqlite3_int64 heapLimit = sqlite3_int64{256} << 20;
 constexpr int instructionsPerStep = 1000;
 constexpr std::size_t longestText = 255;  // as an Access text column
-constexpr std::int64_t mostRows = 500000;
+// More than the database that comes along has lines, and than a list can show.
+constexpr std::int64_t mostRows = 200000;
+// Of the texts that a query hands over, in bytes.
+constexpr std::size_t mostText = std::size_t{32} << 20;
+
+// Whether the file's last changes are kept in a second file beside it. To read such a file the
+// library would make two more there.
+bool keepsLog(InputFile& file) {
+    constexpr std::size_t readVersionOffset = 19;
+    const std::vector<std::byte> front = file.readFront(readVersionOffset + 1);
+    return front.size() > readVersionOffset && front[readVersionOffset] == std::byte{2};
+}
+
+// An unfinished log holds changes that the file itself lacks.
+void requireNoLog(const std::string& path) {
+    if (fileExists(path + "-wal") && InputFile(path + "-wal").size() > 0)
+        throw DatabaseError("its last changes are still in " + path +
+                            "-wal; open and close it once with the program that wrote it");
+}
 
 // A path as an SQLite file name that forbids writing; characters with a meaning there are escaped.
 std::string readOnlyUri(const std::string& path) {
@@ -34,8 +52,14 @@ std::string readOnlyUri(const std::string& path) {
         else
             uri += c;
     }
-    return uri + "?mode=ro";
+    InputFile file(path);
+    if (!keepsLog(file))
+        return uri + "?mode=ro";
+    requireNoLog(path);
+    return uri + "?immutable=1";
 }
+
+constexpr const char* tooLong = "a query of the database takes too long";
 
 std::string reason(sqlite3* handle) {
     return handle == nullptr ? std::string("out of memory") : std::string(sqlite3_errmsg(handle));
@@ -46,6 +70,7 @@ std::string reason(sqlite3* handle) {
 std::unique_ptr<SqliteConnection> SqliteConnection::openFile(const std::string& path) {
     std::unique_ptr<SqliteConnection> connection(new SqliteConnection);
     connection->open(readOnlyUri(path));
+    connection->guard();
     return connection;
 }
 
@@ -58,6 +83,8 @@ std::unique_ptr<SqliteConnection> SqliteConnection::openImage(std::string image)
     if (sqlite3_deserialize(connection->handle_, "main", bytes, size, size,
                             SQLITE_DESERIALIZE_READONLY) != SQLITE_OK)
         throw DatabaseError(reason(connection->handle_));
+    // Not earlier: the library attaches the image.
+    connection->guard();
     return connection;
 }
 
@@ -70,7 +97,6 @@ void SqliteConnection::open(const std::string& uri) {
         nullptr);
     if (result != SQLITE_OK)
         throw DatabaseError(reason(handle_));
-    guard();
 }
 
 // The file may come from anywhere: its schema gets no functions with side effects, its values and
@@ -78,10 +104,21 @@ void SqliteConnection::open(const std::string& uri) {
 void SqliteConnection::guard() {
     sqlite3_db_config(handle_, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    sqlite3_db_config(handle_, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_exec(handle_, "pragma cell_size_check = on; pragma temp_store = memory;", nullptr,
                  nullptr, nullptr);
     sqlite3_limit(handle_, SQLITE_LIMIT_LENGTH, longestValue);
+    limitWork(handle_);
     sqlite3_progress_handler(handle_, instructionsPerStep, &SqliteConnection::isTooLate, this);
+    sqlite3_set_authorizer(handle_, &SqliteConnection::authorize, this);
+}
+
+// Asked at each name that a statement holds, also those of the views that it reads: so the time for
+// preparing it is bounded as well.
+int SqliteConnection::authorize(void* connection, int action, const char* first, const char* second,
+                                const char* /*database*/, const char* /*view*/) {
+    return isTooLate(connection) != 0 || !isReading(action, first, second) ? SQLITE_DENY
+                                                                           : SQLITE_OK;
 }
 
 int SqliteConnection::isTooLate(void* connection) {
@@ -98,7 +135,7 @@ std::shared_ptr<sqlite3_stmt> SqliteConnection::prepare(std::string_view sql) {
     sqlite3_stmt* statement = nullptr;
     if (sqlite3_prepare_v3(handle_, sql.data(), static_cast<int>(sql.size()), 0, &statement,
                            nullptr) != SQLITE_OK)
-        throw DatabaseError(reason(handle_));
+        throw DatabaseError(isTooLate(this) != 0 ? tooLong : reason(handle_));
     return {statement, &sqlite3_finalize};
 }
 
@@ -116,6 +153,7 @@ void Recordset::moveFirst() {
     sqlite3_reset(statement_.get());
     connection_->grantTime();
     rows_ = 0;
+    textRead_ = 0;
     eof_ = !step();
     bof_ = eof_;
 }
@@ -135,7 +173,7 @@ bool Recordset::step() {
     if (result == SQLITE_DONE)
         return false;
     const std::string why = result == SQLITE_INTERRUPT
-                                ? std::string("a query of the database takes too long")
+                                ? std::string(tooLong)
                                 : reason(sqlite3_db_handle(statement_.get()));
     sqlite3_reset(statement_.get());
     throw DatabaseError(why);
@@ -171,6 +209,9 @@ std::string Recordset::text(std::string_view column) const {
     if (bytes == nullptr)
         return {};
     const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), i));
+    textRead_ += std::min(size, longestText);
+    if (textRead_ > mostText)
+        throw DatabaseError("a query of the database has too much text");
     return std::string(trimBlanks({bytes, std::min(size, longestText)}));
 }
 

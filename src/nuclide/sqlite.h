@@ -2,6 +2,7 @@
 // column names.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <ctime>
 #include <memory>
@@ -41,12 +42,14 @@ class SqliteConnection {
 
   private:
     // Of the processor, so that a query is not given up because the machine is busy.
-    static constexpr std::clock_t timeLimit = 5 * CLOCKS_PER_SEC;
+    static constexpr std::clock_t timeLimit = 2 * CLOCKS_PER_SEC;
 
     SqliteConnection() = default;
     void open(const std::string& uri);
     void guard();
     static int isTooLate(void* connection);
+    static int authorize(void* connection, int action, const char* first, const char* second,
+                         const char* database, const char* view);
 
     std::string image_;
     sqlite3* handle_ = nullptr;
@@ -83,6 +86,7 @@ class Recordset {
     bool eof_ = true;
     bool bof_ = true;
     std::int64_t rows_ = 0;
+    mutable std::size_t textRead_ = 0;
 };
 
 // A double as the nearest single-precision value; beyond its range infinite.

@@ -38,6 +38,9 @@ TEST(ChildProcess, IsEndedWhateverItDoes) {
     }
     EXPECT_EQ(runChild({"/bin/sh", "-c", "echo text"}, limits).output, "text\n");
     EXPECT_EQ(runChild({"/nonexistent"}, limits).end, End::NotStarted);
+    // Whose program that is depends on the current folder.
+    EXPECT_EQ(runChild({"sh", "-c", "echo text"}, limits).end, End::NotStarted);
+    EXPECT_EQ(runChild({"/usr/bin/env"}, limits).output, "");
 }
 
 #if !defined(KESTREL_SANITIZED)

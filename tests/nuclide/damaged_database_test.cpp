@@ -59,7 +59,7 @@ TEST_F(DamagedDatabase, IsRefusedWithItsReason) {
         {"empty", "", "the file is empty"},
         {"text", "a text", "neither an Access nor an SQLite database"},
         {"ten bytes", good.substr(0, 10), "neither an Access nor an SQLite database"},
-        {"header only", good.substr(0, 20), ""},
+        {"header only", good.substr(0, 20), "it ends within its first page"},
         {"a page", good.substr(0, pageSize), "damaged"},
         {"cut in half", good.substr(0, good.size() / 2), "damaged"},
         {"wrong page", wrongPage, "damaged"},

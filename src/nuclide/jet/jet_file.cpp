@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "base/input_file.h"
 #include "base/integers.h"
 #include "base/number_text.h"
 #include "base/text.h"
@@ -31,6 +32,7 @@ constexpr unsigned char greatestMapKind = 1;
 ColumnKind kindOf(int type) {
     switch (type) {
         case MDB_BOOL:
+            return ColumnKind::Logical;
         case MDB_BYTE:
         case MDB_INT:
         case MDB_LONGINT:
@@ -123,6 +125,11 @@ JetFile::JetFile(const std::string& path) : handle_(std::make_unique<Handle>()) 
     handle_->mdb = mdb_open(path.c_str(), MDB_NOFLAGS);
     if (handle_->mdb == nullptr)
         throw JetError("it is no Access database that can be read");
+    // The library fills up with zeros what is not there.
+    if (InputFile(path).size() < static_cast<std::uint64_t>(handle_->mdb->fmt->pg_size)) {
+        mdb_close(handle_->mdb);
+        throw JetError("the file is damaged (it ends within its first page)");
+    }
     handle_->password = handle_->mdb->f->jet_version <= MDB_VER_JET4 && readPassword(handle_->mdb);
 }
 
@@ -191,9 +198,13 @@ std::size_t JetTable::column(std::string_view name) const {
 
 bool JetTable::next() {
     const std::uint64_t declared = definition_->table->num_rows;
+    const bool found = mdb_fetch_row(definition_->table) != 0;
+    if (found && rowsRead_ == declared)
+        throw JetError("the file is damaged (table " + name_ + " has more than its " +
+                       std::to_string(declared) + " rows)");
     if (rowsRead_ == declared)
         return false;
-    if (mdb_fetch_row(definition_->table) == 0)
+    if (!found)
         throw JetError("the file is damaged (" + std::to_string(rowsRead_) + " of " +
                        std::to_string(declared) + " rows of table " + name_ + " can be read)");
     ++rowsRead_;

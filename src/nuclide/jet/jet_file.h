@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "nuclide/jet/column_kind.h"
+
 namespace kestrel::jet {
 
 // A file or table that cannot be read; what() says why, in words for the user.
@@ -34,8 +36,6 @@ class JetFile {
   private:
     std::unique_ptr<Handle> handle_;
 };
-
-enum class ColumnKind { Whole, Real, Decimal, Text, Date, Binary, Other };
 
 struct Column {
     std::string name;

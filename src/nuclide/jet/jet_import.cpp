@@ -11,6 +11,7 @@
 #include "base/text.h"
 #include "nuclide/jet/jet_file.h"
 #include "nuclide/jet/stored_query.h"
+#include "nuclide/sqlite_guard.h"
 
 namespace kestrel::jet {
 namespace {
@@ -92,27 +93,41 @@ class Target {
     Target() {
         if (sqlite3_open(":memory:", &handle_) != SQLITE_OK)
             throw JetError("out of memory");
+        limitWork(handle_);
+        // A name in double quotes that fits nothing is an error, not a text.
+        sqlite3_db_config(handle_, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+        sqlite3_db_config(handle_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     }
     ~Target() { sqlite3_close_v2(handle_); }
     Target(const Target&) = delete;
     Target& operator=(const Target&) = delete;
 
-    void execute(const std::string& sql) {
-        check(sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr));
-    }
+    void execute(const std::string& sql) { run(prepare(sql).get()); }
+    // One statement: what follows it is refused.
     std::shared_ptr<sqlite3_stmt> prepare(const std::string& sql) {
         sqlite3_stmt* statement = nullptr;
-        check(sqlite3_prepare_v2(handle_, sql.c_str(), -1, &statement, nullptr));
-        return {statement, &sqlite3_finalize};
+        const char* tail = nullptr;
+        check(sqlite3_prepare_v2(handle_, sql.c_str(), -1, &statement, &tail));
+        std::shared_ptr<sqlite3_stmt> result(statement, &sqlite3_finalize);
+        if (statement == nullptr || tail != sql.c_str() + sql.size())
+            throw JetError("it is more than one statement");
+        return result;
     }
+    // From here on statements read what was imported and do nothing else. Views of views can name
+    // so much that preparing them would not come to an end.
+    void allowOnlyReading() { sqlite3_set_authorizer(handle_, &Target::authorize, this); }
     void run(sqlite3_stmt* statement) {
-        const int result = sqlite3_step(statement);
+        int result = SQLITE_ROW;
+        while (result == SQLITE_ROW)
+            result = sqlite3_step(statement);
         if (result != SQLITE_DONE)
             check(result);
         sqlite3_reset(statement);
     }
 
     std::string image() {
+        // The library asks for the number of pages with a statement of its own.
+        sqlite3_set_authorizer(handle_, nullptr, nullptr);
         sqlite3_int64 size = 0;
         const std::unique_ptr<unsigned char, decltype(&sqlite3_free)> bytes(
             sqlite3_serialize(handle_, "main", &size, 0), &sqlite3_free);
@@ -122,16 +137,26 @@ class Target {
     }
 
   private:
+    static int authorize(void* target, int action, const char* first, const char* second,
+                         const char* /*database*/, const char* /*view*/) {
+        constexpr int mostNames = 100000;
+        const bool ofSystem =
+            action == SQLITE_READ && std::string_view(first).starts_with("sqlite_");
+        const bool endless = ++static_cast<Target*>(target)->names_ > mostNames;
+        return isReading(action, first, second) && !ofSystem && !endless ? SQLITE_OK : SQLITE_DENY;
+    }
     void check(int result) {
         if (result != SQLITE_OK)
             throw JetError(sqlite3_errmsg(handle_));
     }
 
     sqlite3* handle_ = nullptr;
+    int names_ = 0;  // in the statements prepared since only reading is allowed
 };
 
 const char* sqlType(ColumnKind kind) {
     switch (kind) {
+        case ColumnKind::Logical:
         case ColumnKind::Whole:
             return "INTEGER";
         case ColumnKind::Real:
@@ -158,6 +183,7 @@ void bindText(sqlite3_stmt* statement, int place, const std::optional<std::strin
 
 void bindValue(sqlite3_stmt* statement, int place, const JetTable& table, std::size_t column) {
     switch (table.columns()[column].kind) {
+        case ColumnKind::Logical:
         case ColumnKind::Whole:
             if (const std::optional<std::int64_t> value = table.whole(column))
                 sqlite3_bind_int64(statement, place, *value);
@@ -192,8 +218,13 @@ std::vector<std::size_t> readingOrder(const JetTable& table) {
     return order;
 }
 
-void copyTable(JetFile& file, const TableEntry& entry, Target& target) {
+// The kinds of the columns of the tables that were copied, by their names in small letters.
+using ColumnKinds = std::map<std::pair<std::string, std::string>, ColumnKind>;
+
+void copyTable(JetFile& file, const TableEntry& entry, Target& target, ColumnKinds& kinds) {
     JetTable table(file, entry.name, entry.page);
+    for (const Column& column : table.columns())
+        kinds[{toLower(entry.name), toLower(column.name)}] = column.kind;
     std::string columns;
     std::string places;
     for (const Column& column : table.columns()) {
@@ -221,10 +252,15 @@ bool isRequired(const std::string& name) {
 }
 
 // A query that cannot be a view matters only if the nuclide windows need it.
-void makeView(const StoredQuery& query, Target& target) {
+void makeView(const StoredQuery& query, const ColumnKinds& kinds, Target& target) {
+    const KindOf kindOf = [&kinds](std::string_view table, std::string_view column) {
+        const auto found = kinds.find({toLower(table), toLower(column)});
+        return found == kinds.end() ? ColumnKind::Other : found->second;
+    };
     std::string why;
     try {
-        target.execute("CREATE VIEW " + quotedName(query.name) + " AS " + selectText(query));
+        std::string sql = "CREATE VIEW " + quotedName(query.name);
+        target.execute(sql.append(" AS ").append(selectText(query, kindOf)));
         return;
     } catch (const QueryError& error) {
         why = error.what();
@@ -281,12 +317,18 @@ std::string importJetFile(const std::string& path) {
     Target target;
     target.execute("PRAGMA journal_mode = off");
     target.execute("BEGIN");
+    ColumnKinds kinds;
     for (const TableEntry& table : catalog.tables)
-        copyTable(file, table, target);
+        copyTable(file, table, target, kinds);
     for (const auto& [number, query] : catalog.queries)
-        makeView(query, target);
+        makeView(query, kinds, target);
     makeIndexes(catalog, target);
     target.execute("COMMIT");
+    target.allowOnlyReading();
+    for (const auto& [number, query] : catalog.queries) {
+        if (isRequired(query.name))
+            target.prepare("SELECT * FROM " + quotedName(query.name));
+    }
     return target.image();
 }
 

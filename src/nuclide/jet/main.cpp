@@ -1,5 +1,5 @@
-// kestrel-mdb2sql FILE: writes an Access database to the standard output as an SQLite one. Exit
-// code 1: it cannot be read, and the output says why. It is a program of its own because the
+// kestrel-mdb2sql FILE: writes an Access database to the standard output, a pipe, as an SQLite one.
+// Exit code 1: it cannot be read, and the output says why. It is a program of its own because the
 // library that reads Access files may crash or hang on a damaged one.
 
 #include <cstdio>
@@ -8,29 +8,9 @@
 #include <string>
 
 #include "nuclide/jet/jet_import.h"
-
-#if defined(__unix__)
-#include <sys/resource.h>
-#endif
+#include "nuclide/jet/sandbox.h"
 
 namespace {
-
-// What a file of the greatest size that Access allows does not need.
-void limitResources() {
-#if defined(__unix__)
-    constexpr rlim_t cpuSeconds = 20;
-    const rlimit cpu{cpuSeconds, cpuSeconds};
-    setrlimit(RLIMIT_CPU, &cpu);
-    const rlimit core{0, 0};
-    setrlimit(RLIMIT_CORE, &core);
-#if !defined(KESTREL_SANITIZED)
-    // The address sanitizer reserves far more than this for itself.
-    constexpr rlim_t memory = rlim_t{2} << 30;
-    const rlimit space{memory, memory};
-    setrlimit(RLIMIT_AS, &space);
-#endif
-#endif
-}
 
 bool write(const std::string& bytes) {
     return std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size() &&
@@ -40,7 +20,7 @@ bool write(const std::string& bytes) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    limitResources();
+    kestrel::jet::enterSandbox();
     if (argc != 2)
         return 2;
     try {

@@ -32,9 +32,6 @@ constexpr int distinct = 2;
 constexpr int top = 16;
 constexpr int percent = 32;
 
-// Far above what Access itself allows, so that a damaged file cannot make a text without end.
-constexpr std::size_t longestText = 65536;
-
 std::vector<QueryRow> rowsOf(const StoredQuery& query, int attribute) {
     std::vector<QueryRow> rows;
     std::ranges::copy_if(query.rows, std::back_inserter(rows),
@@ -49,57 +46,31 @@ const std::string& required(const std::optional<std::string>& field, const char*
     return *field;
 }
 
-char closingOf(char opening) {
-    switch (opening) {
-        case '[':
-            return ']';
-        case '"':
-        case '\'':
-            return opening;
-        default:
-            return 0;
-    }
+const std::string& expressionOf(const QueryRow& row) {
+    return required(row.expression, "an expression");
 }
 
-// An Access expression as SQLite reads it: texts in single quotes, points between the parts of a
-// name. Operators that mean something else there are refused.
-std::string translated(const std::string& expression) {
-    std::string result;
-    for (std::size_t i = 0; i < expression.size(); ++i) {
-        const char c = expression[i];
-        if (const char closing = closingOf(c); closing != 0) {
-            const std::size_t end = expression.find(closing, i + 1);
-            if (end == std::string::npos)
-                throw QueryError("its expression " + expression + " has no end");
-            const std::string inside = expression.substr(i + 1, end - i - 1);
-            result += c == '"' ? "'" + inside + "'" : c + inside + closing;
-            i = end;
-        } else if (c == '!') {
-            result += '.';
-        } else if (std::string_view("&#^\\;").find(c) != std::string_view::npos) {
-            throw QueryError("its expression " + expression + " is not understood");
-        } else {
-            result += c;
-        }
-    }
-    return result;
-}
-
-std::string expressionOf(const QueryRow& row) {
-    return translated(required(row.expression, "an expression"));
-}
-
-std::string listOf(const std::vector<QueryRow>& rows, std::string_view separator) {
+std::string valuesOf(const std::vector<QueryRow>& rows, const KindOf& kindOf) {
     std::string text;
     for (const QueryRow& row : rows)
-        text += (text.empty() ? "" : std::string(separator)) + expressionOf(row);
+        text += (text.empty() ? "" : ", ") + valueText(expressionOf(row), kindOf);
     return text;
 }
 
-std::string outputText(const StoredQuery& query, int options) {
+// All conditions of the rows.
+std::string conditionsOf(const std::vector<QueryRow>& rows, const KindOf& kindOf) {
+    if (rows.size() == 1)
+        return conditionText(expressionOf(rows.front()), kindOf);
+    std::string text;
+    for (const QueryRow& row : rows)
+        text += (text.empty() ? "(" : " AND (") + conditionText(expressionOf(row), kindOf) + ")";
+    return text;
+}
+
+std::string outputText(const StoredQuery& query, int options, const KindOf& kindOf) {
     std::string text;
     for (const QueryRow& row : rowsOf(query, outputRow)) {
-        text += (text.empty() ? "" : ", ") + expressionOf(row);
+        text += (text.empty() ? "" : ", ") + valueText(expressionOf(row), kindOf);
         if (row.name1 && !row.name1->empty())
             text += " AS " + quotedName(*row.name1);
     }
@@ -128,7 +99,7 @@ std::size_t termWith(const std::vector<Term>& terms, const std::string& alias) {
 struct Join {
     std::string left;
     std::string right;
-    std::string condition;
+    std::vector<QueryRow> conditions;
     int kind;
 };
 
@@ -142,14 +113,15 @@ std::vector<Join> joinsOf(const StoredQuery& query) {
     std::vector<Join> joins;
     for (const QueryRow& row : rowsOf(query, joinRow)) {
         Join join{required(row.name1, "a table of a join"),
-                  required(row.name2, "a table of a join"), expressionOf(row),
+                  required(row.name2, "a table of a join"),
+                  {row},
                   row.flag.value_or(1)};
         const auto same =
             std::ranges::find_if(joins, [&](const Join& other) { return sameTables(other, join); });
         if (same == joins.end())
             joins.push_back(std::move(join));
         else
-            same->condition += " AND " + join.condition;
+            same->conditions.push_back(row);
     }
     return joins;
 }
@@ -158,7 +130,7 @@ std::string inParentheses(const Term& term) {
     return term.aliases.size() > 1 ? "(" + term.text + ")" : term.text;
 }
 
-void applyJoin(std::vector<Term>& terms, const Join& join) {
+void applyJoin(std::vector<Term>& terms, const Join& join, const KindOf& kindOf) {
     static constexpr std::array words = {" INNER JOIN ", " LEFT JOIN ", " RIGHT JOIN "};
     if (join.kind < 1 || join.kind > static_cast<int>(words.size()))
         throw QueryError("it has a join of an unknown kind");
@@ -167,7 +139,7 @@ void applyJoin(std::vector<Term>& terms, const Join& join) {
     if (left == right)
         throw QueryError("its joins form a ring");
     Term joined{inParentheses(terms[left]) + words[static_cast<std::size_t>(join.kind - 1)] +
-                    inParentheses(terms[right]) + " ON " + join.condition,
+                    inParentheses(terms[right]) + " ON " + conditionsOf(join.conditions, kindOf),
                 terms[left].aliases};
     joined.aliases.insert(joined.aliases.end(), terms[right].aliases.begin(),
                           terms[right].aliases.end());
@@ -177,7 +149,7 @@ void applyJoin(std::vector<Term>& terms, const Join& join) {
     terms.erase(terms.begin() + static_cast<std::ptrdiff_t>(right));
 }
 
-std::string fromText(const StoredQuery& query) {
+std::string fromText(const StoredQuery& query, const KindOf& kindOf) {
     std::vector<Term> terms;
     for (const QueryInput& input : inputsOf(query)) {
         std::string text = quotedName(input.table);
@@ -186,7 +158,7 @@ std::string fromText(const StoredQuery& query) {
         terms.push_back({text, {input.alias}});
     }
     for (const Join& join : joinsOf(query))
-        applyJoin(terms, join);
+        applyJoin(terms, join, kindOf);
     std::string text;
     for (const Term& term : terms)
         text += (text.empty() ? "" : ", ") + term.text;
@@ -195,20 +167,25 @@ std::string fromText(const StoredQuery& query) {
     return text;
 }
 
-std::string sortText(const StoredQuery& query) {
+std::string sortText(const StoredQuery& query, const KindOf& kindOf) {
     std::string text;
     for (const QueryRow& row : rowsOf(query, sortRow)) {
-        text += (text.empty() ? " ORDER BY " : ", ") + expressionOf(row);
+        text += (text.empty() ? " ORDER BY " : ", ") + valueText(expressionOf(row), kindOf);
         if (row.name1 && equalIgnoringCase(*row.name1, "D"))
             text += " DESC";
     }
     return text;
 }
 
-std::string clause(const StoredQuery& query, int attribute, const char* word,
-                   std::string_view separator) {
+std::string conditionClause(const StoredQuery& query, int attribute, const char* word,
+                            const KindOf& kindOf) {
     const std::vector<QueryRow> rows = rowsOf(query, attribute);
-    return rows.empty() ? std::string() : word + listOf(rows, separator);
+    return rows.empty() ? std::string() : word + conditionsOf(rows, kindOf);
+}
+
+std::string groupText(const StoredQuery& query, const KindOf& kindOf) {
+    const std::vector<QueryRow> rows = rowsOf(query, groupRow);
+    return rows.empty() ? std::string() : " GROUP BY " + valuesOf(rows, kindOf);
 }
 
 std::string limitText(const QueryRow& option) {
@@ -216,6 +193,20 @@ std::string limitText(const QueryRow& option) {
     if (positionOfOther(count, "0123456789") != 0)
         throw QueryError("its TOP count is no number");
     return " LIMIT " + count;
+}
+
+// The kinds of the columns by the names under which the query knows its inputs.
+KindOf kindsIn(const StoredQuery& query, const KindOf& kindOfTable) {
+    return
+        [inputs = inputsOf(query), &kindOfTable](std::string_view input, std::string_view column) {
+            ColumnKind found = ColumnKind::Other;
+            for (const QueryInput& one : inputs) {
+                if (kindOfTable && (input.empty() || equalIgnoringCase(one.alias, input)) &&
+                    found == ColumnKind::Other)
+                    found = kindOfTable(one.table, column);
+            }
+            return found;
+        };
 }
 
 void checkKind(const StoredQuery& query) {
@@ -277,19 +268,24 @@ bool joinsOrSortsBy(const StoredQuery& query, const std::string& alias, const st
     });
 }
 
-std::string selectText(const StoredQuery& query) {
+std::string selectText(const StoredQuery& query, const KindOf& kindOfTable) {
     checkKind(query);
     const std::vector<QueryRow> optionRows = rowsOf(query, optionRow);
     const QueryRow option = optionRows.empty() ? QueryRow{} : optionRows.front();
     const int options = option.flag.value_or(0);
     if ((options & percent) != 0)
         throw QueryError("it takes a percentage of its rows");
+    const KindOf kindOf = kindsIn(query, kindOfTable);
+    const std::string sorting = sortText(query, kindOf);
+    // Access adds the rows that tie with the last.
+    if ((options & top) != 0 && !sorting.empty())
+        throw QueryError("it takes the first of its sorted rows");
     std::string text = (options & distinct) != 0 ? "SELECT DISTINCT " : "SELECT ";
-    text += outputText(query, options) + " FROM " + fromText(query);
-    text += clause(query, whereRow, " WHERE ", " AND ");
-    text += clause(query, groupRow, " GROUP BY ", ", ");
-    text += clause(query, havingRow, " HAVING ", " AND ");
-    text += sortText(query);
+    text += outputText(query, options, kindOf) + " FROM " + fromText(query, kindOf);
+    text += conditionClause(query, whereRow, " WHERE ", kindOf);
+    text += groupText(query, kindOf);
+    text += conditionClause(query, havingRow, " HAVING ", kindOf);
+    text += sorting;
     if ((options & top) != 0)
         text += limitText(option);
     if (text.size() > longestText)

@@ -3,17 +3,12 @@
 #pragma once
 
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
-namespace kestrel::jet {
+#include "nuclide/jet/expression.h"
 
-// A query that has no SQLite counterpart; what() says why.
-class QueryError : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
-};
+namespace kestrel::jet {
 
 // One row of the file's query table.
 struct QueryRow {
@@ -30,8 +25,9 @@ struct StoredQuery {
     std::vector<QueryRow> rows;  // in any order
 };
 
-// The SELECT statement. Throws QueryError.
-std::string selectText(const StoredQuery& query);
+// The SELECT statement. `kindOfTable` tells the kind of a column by the name of its table, Other
+// for those of a query. Throws QueryError.
+std::string selectText(const StoredQuery& query, const KindOf& kindOfTable = {});
 
 // The tables or queries that it reads, with the names under which its expressions know them.
 struct QueryInput {
