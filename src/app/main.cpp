@@ -1,5 +1,6 @@
 // The program: its state, its dialogs and its main window.
 
+#include <cstdio>
 #include <memory>
 
 #include <QFile>
@@ -7,6 +8,7 @@
 #include <QMetaObject>
 #include <QStandardPaths>
 
+#include "app/command_line.h"
 #include "app/form2.h"
 #include "app/module1.h"
 #include "app/nuclide_location.h"
@@ -16,10 +18,17 @@
 #include "base/qt/qt_dialogs.h"
 
 int main(int argc, char** argv) {
-    kestrel::KestrelApplication application(argc, argv);
+    const kestrel::CommandLine line =
+        kestrel::readCommandLine({argv, static_cast<std::size_t>(argc)});
+    if (line.ends) {
+        std::fputs(line.answer.c_str(), line.status == 0 ? stdout : stderr);
+        return line.status;
+    }
+    int ownName = 1;
+    kestrel::KestrelApplication application(ownName, argv);
     kestrel::KestrelApplication::setWindowIcon(QIcon(QStringLiteral(":/kestrel.png")));
     // Before the settings make another directory the current one.
-    const std::string path = kestrel::pathInArguments(kestrel::KestrelApplication::arguments());
+    const std::string path = kestrel::fullPathOf(line.file);
     kestrel::QtDialogs dialogs;
     application.showFaultsIn(dialogs);
 

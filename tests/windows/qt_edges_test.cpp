@@ -47,27 +47,20 @@ TEST(TextCodec, GivesTextsBackInTheBytesTheyCameIn) {
         EXPECT_EQ(toWindow(fromWindow(QString::fromUtf16(text))), QString::fromUtf16(text));
 }
 
-TEST(OutsidePaths, AreTheFirstArgumentThatIsNoOption) {
+TEST(OutsidePaths, MayBeRelativeOrAUrl) {
     QDir::setCurrent(QDir::tempPath());
     const std::string here = QDir::currentPath().toStdString();
-    struct Case {
-        QStringList arguments;
-        std::string path;
+    const std::pair<std::string, std::string> cases[] = {
+        {"", ""},
+        {"/a b/c%20d.chn", "/a b/c%20d.chn"},
+        {"d/../c.chn", here + "/c.chn"},
+        {"-c.chn", here + "/-c.chn"},
+        {"file:///a%20b/%C3%A9.chn", "/a b/\xC3\xA9.chn"},
+        {"http://a/b.chn", here + "/http:/a/b.chn"},
+        {"/caf\xE9.chn", "/caf\xE9.chn"},
     };
-    const Case cases[] = {
-        {{"kestrel"}, ""},
-        {{}, ""},
-        {{"kestrel", "--help"}, ""},
-        {{"kestrel", "/a b/c%20d.chn", "/e.chn"}, "/a b/c%20d.chn"},
-        {{"kestrel", "-x", "c.chn"}, here + "/c.chn"},
-        {{"kestrel", "d/../c.chn"}, here + "/c.chn"},
-        {{"kestrel", "--", "-c.chn"}, here + "/-c.chn"},
-        {{"kestrel", "--"}, ""},
-        {{"kestrel", "file:///a%20b/%C3%A9.chn"}, "/a b/\xC3\xA9.chn"},
-        {{"kestrel", "http://a/b.chn"}, here + "/http:/a/b.chn"},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(pathInArguments(c.arguments), c.path) << c.path;
+    for (const auto& [argument, path] : cases)
+        EXPECT_EQ(fullPathOf(argument), path) << argument;
 }
 
 TEST(VirtualKeys, TranslateKeysAndShiftStates) {

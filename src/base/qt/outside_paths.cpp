@@ -1,5 +1,7 @@
 #include "base/qt/outside_paths.h"
 
+#include <filesystem>
+
 #include <QFile>
 #include <QFileInfo>
 #include <QUrl>
@@ -12,22 +14,15 @@ std::string fullPath(const QString& path) {
                           : QFile::encodeName(QFileInfo(path).absoluteFilePath()).toStdString();
 }
 
-QString firstPlainArgument(const QStringList& arguments) {
-    for (int i = 1; i < arguments.size(); ++i) {
-        if (arguments[i] == QLatin1String("--"))
-            return arguments.value(i + 1);
-        if (!arguments[i].startsWith(QLatin1Char('-')))
-            return arguments[i];
-    }
-    return {};
-}
-
 }  // namespace
 
-std::string pathInArguments(const QStringList& arguments) {
-    const QString argument = firstPlainArgument(arguments);
-    const QUrl url(argument);
-    return fullPath(url.isLocalFile() ? url.toLocalFile() : argument);
+std::string fullPathOf(const std::string& argument) {
+    const QUrl url(QFile::decodeName(argument.c_str()));
+    if (url.isLocalFile())
+        return fullPath(url.toLocalFile());
+    // The bytes as they are: a name of an old disk need not be UTF-8.
+    return argument.empty() ? argument
+                            : std::filesystem::absolute(argument).lexically_normal().string();
 }
 
 std::string droppedPath(const QMimeData& data) {

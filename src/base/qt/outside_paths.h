@@ -4,14 +4,12 @@
 #include <string>
 
 #include <QMimeData>
-#include <QStringList>
 
 namespace kestrel {
 
-// The full path of the first argument that is no option, empty where there is none. It may be a
-// file: URL; a relative path counts from the current directory. The program's own name comes first
-// in `arguments`; "--" ends the options.
-std::string pathInArguments(const QStringList& arguments);
+// The full path of a file that an argument names by its path, which counts from the current
+// directory, or by a file: URL. Empty for an empty one.
+std::string fullPathOf(const std::string& argument);
 
 // The full path of the first local file of what is being dropped, empty where there is none.
 std::string droppedPath(const QMimeData& data);
