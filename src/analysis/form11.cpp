@@ -72,7 +72,7 @@ void Form11::buildResultList() {
     List1->clear();
     for (const std::string& line :
          kestrel::buildResultList(source_.spectrum, source_.sets, source_.setCount))
-        List1->addItem(toWindow(line));
+        List1->addItem(toSigns(line));
 }
 
 std::vector<std::string> Form11::chosenLines() const {

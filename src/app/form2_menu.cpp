@@ -187,8 +187,8 @@ void Form2::chooseDirectory(const std::string& caption, const std::string& label
     Settings& settings = module_.settings;
     Form6 form6({settings.marigoldDir, settings.saveAsDir},
                 settings.windowPlacement[directoryPlacement], over);
-    form6.setWindowTitle(toWindow(caption));
-    form6.Label1->setText(toWindow(label));
+    form6.setWindowTitle(toSigns(caption));
+    form6.Label1->setText(toSigns(label));
     form6.exec();
 }
 

@@ -7,6 +7,7 @@
 
 #include "app/form2.h"
 #include "base/qt/outside_paths.h"
+#include "base/qt/text_codec.h"
 
 namespace kestrel {
 
@@ -40,7 +41,7 @@ void Form2::showOpened(OpenResult result) {
 }
 
 void Form2::showCaption() {
-    QString path = QFile::decodeName(module_.spectrum.filePath.c_str());
+    QString path = asSigns(QFile::decodeName(module_.spectrum.filePath.c_str()));
     // In a window title Qt takes this for the mark of unsaved changes.
     path.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
     setWindowTitle(path + QStringLiteral(" ... ") + baseCaption());

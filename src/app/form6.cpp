@@ -119,8 +119,9 @@ void Form6::Command1_Click() {
 }
 
 void Form6::addFolder(const QString& path, const QString& name, int depth) {
-    auto* item = new QListWidgetItem(style()->standardIcon(QStyle::SP_DirIcon),
-                                     QString(qsizetype{3} * depth, QLatin1Char(' ')) + name, Dir1);
+    auto* item =
+        new QListWidgetItem(style()->standardIcon(QStyle::SP_DirIcon),
+                            QString(qsizetype{3} * depth, QLatin1Char(' ')) + asSigns(name), Dir1);
     item->setData(Qt::UserRole, path);
 }
 

@@ -76,7 +76,7 @@ void Form12::showData() {
     const NuclideData& shown = context_.data;
     List1->clear();
     for (const std::string& line : shown.summary)
-        List1->addItem(toWindow(line));
+        List1->addItem(toSigns(line));
     Text1->setText(toWindow(shown.updateText));
     MSFlexGrid1->setFormat(nuclideListFormat);
     std::vector<GridRow> rows;

@@ -30,7 +30,7 @@ Form10::Form10(const std::vector<std::string>& headerLines, WindowPlacement& pla
 void Form10::refresh() {
     List1->clear();
     for (const std::string& line : headerLines_)
-        List1->addItem(toWindow(line));
+        List1->addItem(toSigns(line));
 }
 
 void Form10::closeEvent(QCloseEvent* event) {

@@ -7,10 +7,14 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QInputDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
+#include <QToolTip>
 
+#include "base/qt/text_codec.h"
 #include "temp_folder.h"
 
 namespace kestrel {
@@ -61,6 +65,42 @@ TEST(QtMessageBox, AnswersWithTheButtonPressed) {
         });
         EXPECT_EQ(dialogs.message({.text = "a\nb", .buttons = Buttons::OkCancel}), ok);
     }
+}
+
+// What a file may be called: a headline with a link, and a name that reads backwards.
+TEST(QtMessageBox, ShowsTextsFromOutsideAsTheyAre) {
+    const std::string name = "<h1><a href='http://a/'>x</a></h1>\x1B \xE2\x80\xAEgpj.exe";
+    const QString shown = QStringLiteral("<h1><a href='http://a/'>x</a></h1>␛ <U+202E>gpj.exe");
+    QtDialogs dialogs;
+    const auto isPlain = [](QWidget& window) {
+        for (const QLabel* label : window.findChildren<QLabel*>())
+            EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->objectName().toStdString();
+    };
+    whenOpen<QMessageBox>([&](QMessageBox& box) {
+        EXPECT_EQ(box.text(), shown);
+        EXPECT_EQ(box.informativeText(), shown);
+        isPlain(box);
+        box.reject();
+    });
+    dialogs.message({.text = name, .title = name, .details = name});
+    whenOpen<QInputDialog>([&](QInputDialog& box) {
+        EXPECT_EQ(box.labelText(), shown);
+        isPlain(box);
+        box.reject();
+    });
+    dialogs.input({.prompt = name, .title = name});
+    whenOpen<QMessageBox>([&](QMessageBox& box) {
+        EXPECT_LT(box.width(), 2000);
+        EXPECT_LT(box.height(), 1000);
+        box.reject();
+    });
+    dialogs.message({.text = std::string(5000, '\n'), .details = "/" + std::string(5000, 'w')});
+    QToolTip::showText({}, toWindow(name));
+    for (const QWidget* window : QApplication::topLevelWidgets()) {
+        const auto* tip = qobject_cast<const QLabel*>(window);
+        EXPECT_TRUE(tip == nullptr || tip->textFormat() == Qt::PlainText);
+    }
+    QToolTip::hideText();
 }
 
 }  // namespace

@@ -2,6 +2,9 @@
 
 #include <new>
 
+#include <QEvent>
+#include <QLabel>
+
 #include "base/qt/fonts.h"
 
 namespace kestrel {
@@ -12,7 +15,20 @@ KestrelApplication::KestrelApplication(int& argc, char** argv) : QApplication(ar
     registerFontSubstitutes();
 }
 
+namespace {
+
+// Left to itself, Qt takes a label, box or tool tip for HTML where its text looks like that: a
+// file's name would show headlines, load pictures and open links.
+void keepPlain(QObject* receiver) {
+    if (auto* label = qobject_cast<QLabel*>(receiver); label != nullptr)
+        label->setTextFormat(Qt::PlainText);
+}
+
+}  // namespace
+
 bool KestrelApplication::notify(QObject* receiver, QEvent* event) {
+    if (event->type() == QEvent::Polish)
+        keepPlain(receiver);
     const bool layingOut = event->type() == QEvent::Resize || event->type() == QEvent::Show;
     try {
         return QApplication::notify(receiver, event);

@@ -111,16 +111,32 @@ FileChoice chooseFile(const FileDialog& request, QFileDialog::AcceptMode mode) {
     return choice;
 }
 
+// So that no text makes a box that the screen has no room for: of a long line the middle is left
+// out, of many lines the end.
+QString boxText(const std::string& text) {
+    constexpr qsizetype longestLine = 300;
+    constexpr qsizetype mostLines = 20;
+    // A carriage return breaks the line too.
+    QStringList lines = asSigns(toWindow(text).replace(QLatin1Char('\r'), QLatin1Char('\n')))
+                            .split(QLatin1Char('\n'));
+    if (lines.size() > mostLines)
+        lines = lines.first(mostLines) << QStringLiteral("...");
+    for (QString& line : lines) {
+        if (line.size() > longestLine)
+            line =
+                line.left(longestLine / 2) + QStringLiteral(" ... ") + line.right(longestLine / 2);
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
 }  // namespace
 
 bool QtDialogs::message(const MessageBox& box) {
     QMessageBox dialog(QApplication::activeWindow());
     dialog.setIcon(toQtIcon(box.icon));
-    dialog.setWindowTitle(toWindow(box.title));
-    dialog.setTextFormat(Qt::PlainText);
-    // A carriage return breaks the line too.
-    dialog.setText(toWindow(box.text).replace(QLatin1Char('\r'), QLatin1Char('\n')));
-    dialog.setInformativeText(toWindow(box.details));
+    dialog.setWindowTitle(toSigns(box.title));
+    dialog.setText(boxText(box.text));
+    dialog.setInformativeText(boxText(box.details));
     dialog.setStandardButtons(box.buttons == Buttons::Ok ? QMessageBox::Ok
                                                          : QMessageBox::Ok | QMessageBox::Cancel);
     dialog.setDefaultButton(QMessageBox::Ok);
@@ -130,8 +146,8 @@ bool QtDialogs::message(const MessageBox& box) {
 std::string QtDialogs::input(const InputBox& box) {
     bool accepted = false;
     const QString text =
-        QInputDialog::getText(QApplication::activeWindow(), toWindow(box.title),
-                              toWindow(box.prompt), QLineEdit::Normal, QString(), &accepted);
+        QInputDialog::getText(QApplication::activeWindow(), toSigns(box.title), toSigns(box.prompt),
+                              QLineEdit::Normal, QString(), &accepted);
     return accepted ? fromWindow(text) : std::string();
 }
 

@@ -48,6 +48,23 @@ QString decode(const char* encoding, std::string_view bytes, Ending ending) {
     return decoder.hasError() || replaced || !evidence ? QString() : text;
 }
 
+// Marks, embeddings, overrides and isolates of the direction of reading, and the line ends of
+// Unicode.
+bool turnsReading(char16_t c) {
+    return c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x2028 && c <= 0x202E) ||
+           (c >= 0x2066 && c <= 0x2069);
+}
+
+QString signOf(char16_t c) {
+    constexpr char16_t firstPicture = 0x2400;  // of the pictures of control characters, in order
+    constexpr char16_t deletePicture = 0x2421;
+    if (c < 0x20)
+        return {QChar(static_cast<char16_t>(firstPicture + c))};
+    if (c == 0x7F)
+        return {QChar(deletePicture)};
+    return QStringLiteral("<U+%1>").arg(static_cast<uint>(c), 4, 16, QLatin1Char('0')).toUpper();
+}
+
 std::string encode(QStringEncoder encoder, const QString& text) {
     const QByteArray bytes = encoder(text);
     return encoder.hasError() ? std::string() : bytes.toStdString();
@@ -67,6 +84,23 @@ QString toWindow(std::string_view bytes) {
             return text;
     }
     return QString::fromLatin1(bytes.data(), size);
+}
+
+QString asSigns(const QString& text) {
+    QString result;
+    for (const QChar c : text) {
+        const char16_t code = c.unicode();
+        const bool control = code < 0x20 || (code >= 0x7F && code < 0xA0);
+        if (code != u'\n' && (control || turnsReading(code)))
+            result += signOf(code);
+        else
+            result += c;
+    }
+    return result;
+}
+
+QString toSigns(std::string_view bytes) {
+    return asSigns(toWindow(bytes));
 }
 
 std::string fromWindow(const QString& text) {

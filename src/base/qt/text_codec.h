@@ -12,6 +12,12 @@ namespace kestrel {
 // which the older analysers write, else Latin-1. No byte sequence fails.
 QString toWindow(std::string_view bytes);
 
+// A text from outside as signs to be read: characters that control a terminal or turn the direction
+// of reading show as what they are, so that a name cannot pass for another. Line ends stay.
+QString asSigns(const QString& text);
+// Bytes of a file likewise, for what is shown and never taken back.
+QString toSigns(std::string_view bytes);
+
 // Characters as bytes: the shortest of code page 932, Latin-1 and UTF-8 that `toWindow` turns into
 // the same characters again. A text that came from a file thus goes back in the bytes it had.
 std::string fromWindow(const QString& text);
