@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "silent_dialogs.h"
 #include "spectrum/chn_reader.h"
 #include "spectrum/derived_arrays.h"
 #include "spectrum/spectrum.h"
@@ -34,20 +33,19 @@ void plainRead(benchmark::State& state) {
 BENCHMARK(plainRead)->Arg(1024)->Arg(4096)->Arg(16384);
 
 void readChn(benchmark::State& state) {
-    kestrel::test::SilentDialogs dialogs;
     const auto spectrum = std::make_unique<Spectrum>();
-    spectrum->filePath = samplePath(state.range(0));
-    for (auto _ : state)
-        benchmark::DoNotOptimize(kestrel::readChnFile(*spectrum, dialogs));
+    for (auto _ : state) {
+        kestrel::InputFile file(samplePath(state.range(0)));
+        benchmark::DoNotOptimize(kestrel::readChnFile(file, *spectrum));
+    }
 }
 BENCHMARK(readChn)->Arg(1024)->Arg(4096)->Arg(16384);
 
 void deriveArrays(benchmark::State& state) {
-    kestrel::test::SilentDialogs dialogs;
     const auto spectrum = std::make_unique<Spectrum>();
     const auto derived = std::make_unique<kestrel::DerivedArrays>();
-    spectrum->filePath = samplePath(state.range(0));
-    kestrel::readChnFile(*spectrum, dialogs);
+    kestrel::InputFile file(samplePath(state.range(0)));
+    benchmark::DoNotOptimize(kestrel::readChnFile(file, *spectrum));
     for (auto _ : state) {
         kestrel::computeDerivedArrays(*spectrum, *derived);
         benchmark::ClobberMemory();

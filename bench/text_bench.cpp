@@ -26,7 +26,7 @@ using kestrel::Spectrum;
 
 struct Form {
     std::string (*write)(const Spectrum&);
-    bool (*read)(Spectrum&, kestrel::Dialogs&);
+    kestrel::ReadResult (*read)(kestrel::InputFile&, Spectrum&);
     int filterIndex;
     const char* extension;
 };
@@ -38,10 +38,10 @@ constexpr std::array<Form, 3> forms = {{
 
 // A spectrum whose path names a text file of the form, made from the sample of 16384 channels.
 std::unique_ptr<Spectrum> textFile(std::size_t form) {
-    kestrel::test::SilentDialogs dialogs;
     auto spectrum = std::make_unique<Spectrum>();
-    spectrum->filePath = KESTREL_SAMPLES "/eu152-co60-cs137-16384.chn";
-    kestrel::readChnFile(*spectrum, dialogs);
+    kestrel::InputFile sample(KESTREL_SAMPLES "/eu152-co60-cs137-16384.chn");
+    if (kestrel::readChnFile(sample, *spectrum).end != kestrel::Reading::Loaded)
+        std::abort();
     const std::string text = forms[form].write(*spectrum);
     spectrum->filePath = (std::filesystem::temp_directory_path() / "kestrel-text-bench").string() +
                          forms[form].extension;
@@ -63,10 +63,10 @@ BENCHMARK(splitText)->DenseRange(0, forms.size() - 1);
 
 void readText(benchmark::State& state) {
     const auto form = static_cast<std::size_t>(state.range(0));
-    kestrel::test::SilentDialogs dialogs;
     const auto spectrum = textFile(form);
     for (auto _ : state) {
-        if (!forms[form].read(*spectrum, dialogs))
+        kestrel::InputFile file(spectrum->filePath);
+        if (forms[form].read(file, *spectrum).end != kestrel::Reading::Loaded)
             std::abort();
     }
     std::filesystem::remove(spectrum->filePath);

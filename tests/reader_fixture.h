@@ -1,4 +1,4 @@
-// What the tests of every reader need: a folder for the file, scripted dialogs and a spectrum.
+// What the tests of every reader need: a folder for the file, a spectrum and what the reader says.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "fault_matcher.h"
-#include "scripted_dialogs.h"
+#include "spectrum/formats.h"
 #include "spectrum/spectrum.h"
 #include "temp_folder.h"
 
@@ -17,21 +17,22 @@ namespace kestrel::test {
 
 class ReaderTest : public testing::Test {
   protected:
-    using Reader = bool (*)(Spectrum&, Dialogs&);
-    explicit ReaderTest(Reader theReader) : reader(theReader) {}
+    explicit ReaderTest(FormatId id) : format(formatOf(static_cast<int>(id))) {}
 
-    bool read(std::string_view bytes) {
-        spectrum.filePath = folder.write("file", bytes);
-        return reader(spectrum, dialogs);
-    }
-    bool readMissing() {
-        spectrum.filePath = folder.file("gone");
-        return reader(spectrum, dialogs);
+    // Raises the fault with which a reading failed.
+    bool read(std::string_view bytes) { return readPath(folder.write("file", bytes)); }
+    bool readPath(const std::string& path) {
+        spectrum.filePath = path;
+        InputFile file(path);
+        result = readAs(*format, file, spectrum);
+        if (result.end == Reading::Failed)
+            throw RuntimeFault(result.fault);
+        return result.end == Reading::Loaded;
     }
 
-    Reader reader;
+    const SpectrumFormat* format;
+    ReadResult result;
     TempFolder folder;
-    ScriptedDialogs dialogs;
     std::unique_ptr<Spectrum> owned = std::make_unique<Spectrum>();
     Spectrum& spectrum = *owned;
 };

@@ -161,6 +161,7 @@ bool LineReader::findLineStart() {
 bool LineReader::next(std::string_view& line) {
     if (!findLineStart())
         return false;
+    ++lineNumber_;
     line = takeUpToLineEnd();
     if (begin_ == end_) {
         line_ = line;
@@ -182,6 +183,7 @@ std::string_view LineReader::require() {
 
 void LineReader::rewind() {
     fileOffset_ = 0;
+    lineNumber_ = 0;
     begin_ = 0;
     end_ = 0;
     afterCarriageReturn_ = false;

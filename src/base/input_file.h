@@ -56,6 +56,8 @@ class LineReader {
     // The next line. Faults: InputPastEnd at the end of the file.
     std::string_view require();
     void rewind();
+    // Of the line that was delivered last, counted from 1; 0 before the first.
+    std::uint64_t lineNumber() const { return lineNumber_; }
 
   private:
     bool fill();
@@ -67,6 +69,7 @@ class LineReader {
     InputFile& file_;
     std::vector<std::byte> block_;
     std::uint64_t fileOffset_ = 0;
+    std::uint64_t lineNumber_ = 0;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
     // The first CR and LF from begin_ on, or end_; out of date where they lie before begin_. Kept,

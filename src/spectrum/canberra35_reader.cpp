@@ -63,19 +63,19 @@ void readCounts(LineReader& lines, Spectrum& spectrum) {
     spectrum.channelCount = narrow16(channels);
 }
 
-bool readRest(LineReader& lines, Spectrum& spectrum) {
+ReadResult readRest(LineReader& lines, Spectrum& spectrum) {
     useTrailerCalibration(spectrum);
     spectrum.comment.assign(spectrum.chnTrailer.sample.view());
     if (!passLine(lines, tableHeading))
-        return false;
+        return refused("There is no line with \"CHANNEL#\", the heading of the counts.");
     readCounts(lines, spectrum);
-    return true;
+    return {};
 }
 
 }  // namespace
 
-bool readCanberra35File(Spectrum& spectrum, Dialogs& dialogs) {
-    return readTextFormat({canberra35Mca, header, readRest}, spectrum, dialogs);
+ReadResult readCanberra35File(InputFile& file, Spectrum& spectrum) {
+    return readTextFormat({canberra35Mca, header, readRest}, file, spectrum);
 }
 
 }  // namespace kestrel

@@ -3,7 +3,8 @@
 
 #include <string_view>
 
-#include "base/dialogs.h"
+#include "base/input_file.h"
+#include "spectrum/read_result.h"
 #include "spectrum/spectrum.h"
 
 namespace kestrel {
@@ -11,10 +12,9 @@ namespace kestrel {
 // The analyser's name, with which a printout begins.
 inline constexpr std::string_view canberra35Mark = "SERIES 35+  V-2.00";
 
-// Reads spectrum.filePath. False when the file is missing, which the user is told, or lacks the
-// analyser's name, one of the labels or the table; what was read by then stays. Times are in 20 ms
-// ticks. Faults: Overflow, InputPastEnd (nothing follows the table's heading), SubscriptOutOfRange
-// after 17001 counts.
-bool readCanberra35File(Spectrum& spectrum, Dialogs& dialogs);
+// Refuses a file that lacks the analyser's name, one of the labels or the table, and fails where a
+// number does not fit, nothing follows the table's heading or there are more than 17001 counts;
+// what was read by then stays. Times are in 20 ms ticks. Faults: those of InputFile and LineReader.
+ReadResult readCanberra35File(InputFile& file, Spectrum& spectrum);
 
 }  // namespace kestrel

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "base/byte_reader.h"
-#include "base/input_file.h"
 #include "base/number_text.h"
 #include "base/text.h"
 
@@ -21,10 +20,6 @@ constexpr std::size_t mostUsefulBytes = headerSize + channelLimit * countSize + 
 
 enum class ChnKind { CommentOnly, CommentAndExtension, Trailer, Unknown };
 
-void cutAtNul(FixedText<6>& text) {
-    text.assignFromFile(std::string(text.view()));
-}
-
 void readHeader(const ByteReader& file, Spectrum& spectrum) {
     spectrum.fileType = file.int16At(0);
     spectrum.mcaNumber = file.int16At(2);
@@ -38,11 +33,13 @@ void readHeader(const ByteReader& file, Spectrum& spectrum) {
     spectrum.channelCount = file.int16At(30);
 }
 
-void readCounts(const ByteReader& file, Spectrum& spectrum) {
-    const auto limit = static_cast<std::int16_t>(channelLimit);
-    file.int32sAt(headerSize, spectrum.counts.span(0, std::min(spectrum.channelCount, limit)));
-    if (spectrum.channelCount > limit)
-        throw RuntimeFault(Fault::SubscriptOutOfRange, spectrum.filePath);
+// What the file lacks of its counts, which were read as zeros; nothing as a rule.
+std::string missingCounts(std::int16_t channelCount, std::uint64_t fileSize) {
+    const std::uint64_t held = fileSize < headerSize ? 0 : (fileSize - headerSize) / countSize;
+    if (channelCount <= 0 || held >= static_cast<std::uint64_t>(channelCount))
+        return {};
+    return "The file ends before its counts: channels " + std::to_string(held) + " to " +
+           std::to_string(channelCount - 1) + " are missing and shown as 0.";
 }
 
 // The kind shows in the two bytes of the seconds and in the file's length. A file that is exactly
@@ -71,7 +68,7 @@ void completeStartTime(Spectrum& spectrum) {
         spectrum.startTime.assign(std::string(spectrum.startTime.trimmed()) +
                                   formatNumber(b2 - '0', "0"));
     }
-    cutAtNul(spectrum.startTime);
+    spectrum.startTime.assignFromFile(std::string(spectrum.startTime.view()));
 }
 
 void readComment(const ByteReader& file, std::size_t offset, Spectrum& spectrum) {
@@ -125,24 +122,24 @@ void readAfterCounts(const ByteReader& file, ChnKind kind, Spectrum& spectrum) {
 
 }  // namespace
 
-bool readChnFile(Spectrum& spectrum, Dialogs& dialogs) {
-    dialogs.setPointer(Pointer::Hourglass);
-    InputFile input(spectrum.filePath);
+ReadResult readChnFile(InputFile& input, Spectrum& spectrum) {
+    constexpr auto limit = static_cast<std::int16_t>(channelLimit);
     const std::vector<std::byte> bytes = input.readFront(mostUsefulBytes);
     const ByteReader file(bytes);
     readHeader(file, spectrum);
-    if (spectrum.fileType != -1) {
-        cutAtNul(spectrum.startTime);
-        return false;
-    }
-    readCounts(file, spectrum);
+    if (spectrum.fileType != -1)
+        return refused("A CHN file begins with the number -1, this one with " +
+                       std::to_string(spectrum.fileType) + ".");
+    const std::int16_t channels = spectrum.channelCount;
+    file.int32sAt(headerSize, spectrum.counts.span(0, std::min(channels, limit)));
+    if (channels > limit)
+        return failed(RuntimeFault(Fault::SubscriptOutOfRange), "Number of channels in the header");
     const ChnKind kind = kindOf(spectrum, static_cast<double>(input.size()));
     completeStartTime(spectrum);
     readAfterCounts(file, kind, spectrum);
     if (spectrum.useFileCalibration == 0)
         spectrum.calCurrent = spectrum.calDefault;
-    dialogs.setPointer(Pointer::Default);
-    return true;
+    return {.missing = missingCounts(channels, input.size())};
 }
 
 }  // namespace kestrel

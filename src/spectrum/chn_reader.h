@@ -1,14 +1,15 @@
 // Reader of CHN files, the binary format of ORTEC and SEIKO analysers, in its three kinds.
 #pragma once
 
-#include "base/dialogs.h"
+#include "base/input_file.h"
+#include "spectrum/read_result.h"
 #include "spectrum/spectrum.h"
 
 namespace kestrel {
 
-// Reads spectrum.filePath. False, with the header fields already overwritten and the pointer left
-// as the hourglass, when the first word is not that of a CHN file. Times are in 20 ms ticks.
-// Faults: those of InputFile; SubscriptOutOfRange, after 17001 counts, for a longer spectrum.
-bool readChnFile(Spectrum& spectrum, Dialogs& dialogs);
+// Refuses a file whose first word is not that of a CHN file, with the header fields already
+// overwritten, and fails after 17001 counts of a longer spectrum; the start time of either is as it
+// stands in the file. Times are in 20 ms ticks. Faults: those of InputFile.
+ReadResult readChnFile(InputFile& input, Spectrum& spectrum);
 
 }  // namespace kestrel

@@ -110,13 +110,11 @@ std::optional<StartText> startOf(std::string_view text) {
 
 void readStart(LineReader& lines, Spectrum& spectrum) {
     clearStart(spectrum);
-    const LabelledValue start{dateLabel, [](std::string_view line, Spectrum& s) {
-                                  const std::optional<StartText> found =
-                                      startOf(textBehind(line, dateLabel));
-                                  if (found && !containsIgnoringCase(line, noDate))
-                                      setStart(s, *found);
-                              }};
-    takeLabelledValues(lines, {&start, 1}, spectrum);
+    const std::optional<std::string> line = findLine(lines, dateLabel);
+    if (!line || containsIgnoringCase(*line, noDate))
+        return;
+    if (const std::optional<StartText> start = startOf(textBehind(*line, dateLabel)))
+        setStart(spectrum, *start);
 }
 
 // The counts behind a channel number: blanks, tabulators or one comma, then a number up to a blank
@@ -134,10 +132,14 @@ std::optional<std::string_view> countsBehind(std::string_view rest) {
     return plain && std::ranges::any_of(number, isDigit) ? std::optional(number) : std::nullopt;
 }
 
+std::string atLine(const LineReader& lines, const char* what) {
+    return "Line " + std::to_string(lines.lineNumber()) + ": " + what;
+}
+
 // Channel number and counts on each line, up to the end; lines that begin with no number are passed
-// over. False when the channels do not count on from 0 or 1, or a number has no counts behind it:
-// the table is then none of this kind.
-bool readCounts(LineReader& lines, Spectrum& spectrum) {
+// over. Where the channels do not count on from 0 or 1, or a number has no counts behind it, the
+// table is none of this kind.
+ReadResult readCounts(LineReader& lines, Spectrum& spectrum) {
     bool fromOne = false;
     std::int32_t channels = 0;
     for (std::string_view line; lines.next(line);) {
@@ -148,29 +150,29 @@ bool readCounts(LineReader& lines, Spectrum& spectrum) {
         if (channels == 0)
             fromOne = channel == 1;
         if (channel != channels + (fromOne ? 1 : 0))
-            return false;
+            return refused(atLine(lines, "the number of the next channel expected."));
         const auto numberEnd = std::ranges::find_if_not(text, isDigit);
         const auto counts = countsBehind({numberEnd, text.end()});
         if (!counts)
-            return false;
+            return refused(atLine(lines, "counts expected behind the channel number."));
         spectrum.counts[channels] = parseLeadingInteger(*counts);
         ++channels;
     }
     spectrum.channelCount = narrow16(channels);
-    return channels > 0;
+    return channels > 0 ? ReadResult{} : refused("There are no channels below \"Chn    Counts\".");
 }
 
-bool readRest(LineReader& lines, Spectrum& spectrum) {
+ReadResult readRest(LineReader& lines, Spectrum& spectrum) {
     readStart(lines, spectrum);
-    setDescription(spectrum, "");
-    spectrum.calCurrent = spectrum.calDefault;
-    return passLine(lines, tableHeading) && readCounts(lines, spectrum);
+    if (!passLine(lines, tableHeading))
+        return refused("There is no line with \"Chn    Counts\", the heading of the counts.");
+    return readCounts(lines, spectrum);
 }
 
 }  // namespace
 
-bool readDosOxfordFile(Spectrum& spectrum, Dialogs& dialogs) {
-    return readTextFormat({dosOxfordMca, header, readRest}, spectrum, dialogs);
+ReadResult readDosOxfordFile(InputFile& file, Spectrum& spectrum) {
+    return readTextFormat({dosOxfordMca, header, readRest}, file, spectrum);
 }
 
 }  // namespace kestrel

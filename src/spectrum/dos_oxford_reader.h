@@ -2,15 +2,17 @@
 // values follow them is this reader's choice, and docs/file-formats.md tells one from the other.
 #pragma once
 
-#include "base/dialogs.h"
+#include "base/input_file.h"
+#include "spectrum/read_result.h"
 #include "spectrum/spectrum.h"
 
 namespace kestrel {
 
-// Reads spectrum.filePath. False when the file is missing, which the user is told, lacks one of the
-// labels, has no channels or counts them with a gap; what was read by then stays. A start date that
-// is missing or not understood stays blank, with its time. Times are in 20 ms ticks.
-// Faults: Overflow; SubscriptOutOfRange after 17001 counts.
-bool readDosOxfordFile(Spectrum& spectrum, Dialogs& dialogs);
+// Refuses a file that lacks one of the labels, has no channels, counts them with a gap or has a
+// channel without counts, and fails where a number does not fit or there are more than 17001
+// counts; what was read by then stays. A start date that is missing or not understood stays blank,
+// with its time. Neither comment nor calibration is touched. Times are in 20 ms ticks. Faults:
+// those of InputFile and LineReader.
+ReadResult readDosOxfordFile(InputFile& file, Spectrum& spectrum);
 
 }  // namespace kestrel

@@ -1,7 +1,6 @@
 #include "spectrum/labelled_lines.h"
 
-#include <optional>
-#include <string>
+#include <cstdint>
 #include <vector>
 
 #include "base/number_text.h"
@@ -10,7 +9,11 @@
 namespace kestrel {
 namespace {
 
-using FoundLines = std::vector<std::optional<std::string>>;
+struct FoundLine {
+    std::string text;
+    std::uint64_t number = 0;  // counted from 1; 0: not found
+};
+using FoundLines = std::vector<FoundLine>;
 
 FoundLines findLines(LineReader& lines, std::span<const LabelledValue> table) {
     FoundLines found(table.size());
@@ -18,8 +21,8 @@ FoundLines findLines(LineReader& lines, std::span<const LabelledValue> table) {
     lines.rewind();
     for (std::string_view line; missing > 0 && lines.next(line);) {
         for (std::size_t i = 0; i < table.size(); ++i) {
-            if (!found[i] && containsIgnoringCase(line, table[i].label)) {
-                found[i] = line;
+            if (found[i].number == 0 && containsIgnoringCase(line, table[i].label)) {
+                found[i] = {std::string(line), lines.lineNumber()};
                 --missing;
             }
         }
@@ -29,24 +32,33 @@ FoundLines findLines(LineReader& lines, std::span<const LabelledValue> table) {
 
 }  // namespace
 
-bool takeLabelledValues(LineReader& lines, std::span<const LabelledValue> table,
-                        Spectrum& spectrum) {
+ReadResult takeLabelledValues(LineReader& lines, std::span<const LabelledValue> table,
+                              Spectrum& spectrum) {
     const FoundLines found = findLines(lines, table);
     for (std::size_t i = 0; i < table.size(); ++i) {
-        if (!found[i])
-            return false;
-        table[i].take(*found[i], spectrum);
+        const std::string label = '"' + std::string(table[i].label) + '"';
+        if (found[i].number == 0)
+            return refused("There is no line with " + label + ".");
+        try {
+            table[i].take(found[i].text, spectrum);
+        } catch (const RuntimeFault& fault) {
+            return failed(fault, "Line " + std::to_string(found[i].number) + ", " + label);
+        }
     }
-    return true;
+    return {};
 }
 
-bool passLine(LineReader& lines, std::string_view label) {
+std::optional<std::string> findLine(LineReader& lines, std::string_view label) {
     lines.rewind();
     for (std::string_view line; lines.next(line);) {
         if (containsIgnoringCase(line, label))
-            return true;
+            return std::string(line);
     }
-    return false;
+    return std::nullopt;
+}
+
+bool passLine(LineReader& lines, std::string_view label) {
+    return findLine(lines, label).has_value();
 }
 
 double numberFrom(std::string_view line, std::size_t n) {

@@ -1,13 +1,8 @@
 #include "spectrum/labo_reader.h"
 
 #include <cstddef>
-#include <cstring>
 #include <string_view>
 #include <vector>
-
-#include "base/input_file.h"
-#include "base/runtime_fault.h"
-#include "spectrum/text_spectrum.h"
 
 namespace kestrel {
 namespace {
@@ -24,25 +19,9 @@ bool hasMarker(InputFile& file) {
 
 }  // namespace
 
-bool readLaboFile(Spectrum& spectrum, Dialogs& dialogs) {
-    static_cast<void>(spectrumFileExists(spectrum, dialogs));
-    return false;
-}
-
-bool readLaboV154File(Spectrum& spectrum, Dialogs& dialogs) {
-    static_cast<void>(spectrumFileExists(spectrum, dialogs));
-    return false;
-}
-
-std::string laboRefusal(const std::string& path) {
-    if (!fileExists(path))
-        return {};
-    try {
-        InputFile file(path);
-        return hasMarker(file) ? "This is a Labo file. How it holds its counts is not known." : "";
-    } catch (const RuntimeFault&) {
-        return "The file cannot be read.";
-    }
+ReadResult readLaboFile(InputFile& file, Spectrum&) {
+    return refused(hasMarker(file) ? "This is a Labo file. How it holds its counts is not known."
+                                   : "There is no text \"Laboratory Equipment\" in it.");
 }
 
 }  // namespace kestrel

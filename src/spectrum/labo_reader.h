@@ -2,18 +2,13 @@
 // and a guess would show wrong counts.
 #pragma once
 
-#include <string>
-
-#include "base/dialogs.h"
+#include "base/input_file.h"
+#include "spectrum/read_result.h"
 #include "spectrum/spectrum.h"
 
 namespace kestrel {
 
-// Always false; a missing file is told to the user.
-bool readLaboFile(Spectrum& spectrum, Dialogs& dialogs);
-bool readLaboV154File(Spectrum& spectrum, Dialogs& dialogs);
-
-// Why a file was refused: that it is a Labo file or cannot be read, or nothing where it is none.
-std::string laboRefusal(const std::string& path);
+// Refuses every file of either form, and says whether it is a Labo file. Faults: DeviceError.
+ReadResult readLaboFile(InputFile& file, Spectrum& spectrum);
 
 }  // namespace kestrel

@@ -3,14 +3,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
-#include "base/input_file.h"
 #include "base/integers.h"
 #include "base/number_text.h"
 #include "base/runtime_fault.h"
@@ -63,11 +60,10 @@ bool saysNoSpectrum(InputFile& file, std::uint64_t statusOffset) {
     return status[0] == std::byte{noSpectrum};
 }
 
-// Stores the fields as counts, up to one with a line end, and returns how many there were.
-std::int32_t readFields(InputFile& file, std::uint64_t offset, Spectrum& spectrum) {
+// Stores the fields as counts, up to one with a line end; `fields` counts them as they are stored.
+void readFields(InputFile& file, std::uint64_t offset, Spectrum& spectrum, std::int32_t& fields) {
     std::vector<std::byte> block(mostFieldBytes);
     const std::string_view text = readText(file, offset, block);
-    std::int32_t fields = 0;
     for (std::size_t at = 0; at < text.size(); at += fieldWidth) {
         const std::string_view field = text.substr(at, fieldWidth);
         if (field.find("\r\n") != std::string_view::npos)
@@ -75,7 +71,6 @@ std::int32_t readFields(InputFile& file, std::uint64_t offset, Spectrum& spectru
         spectrum.counts[fields] = parseLeadingInteger(field);
         ++fields;
     }
-    return fields;
 }
 
 // The first two fields are the times in seconds, and stay in the counts as well.
@@ -88,31 +83,39 @@ void takeTimesAndLength(std::int32_t fields, Spectrum& spectrum) {
     spectrum.realTime = fields > 1 ? ticksFromSeconds(spectrum.counts[1]) : 0;
 }
 
+ReadResult readValues(InputFile& file, std::uint64_t offset, Spectrum& spectrum) {
+    std::int32_t fields = 0;
+    try {
+        readFields(file, offset, spectrum, fields);
+        if (fields == 0)
+            return refused("The capture ends before its first value.");
+        takeTimesAndLength(fields, spectrum);
+        return {};
+    } catch (const RuntimeFault& fault) {
+        return failed(fault, "Value " + std::to_string(fields + 1));
+    }
+}
+
 }  // namespace
 
-bool readNaigE560File(Spectrum& spectrum, Dialogs& dialogs) {
-    dialogs.setPointer(Pointer::Hourglass);
+ReadResult readNaigE560File(InputFile& file, Spectrum& spectrum) {
     presetTextSpectrum(spectrum, naigMca);
-    auto file = std::make_shared<InputFile>(spectrum.filePath);
-    if (file->size() > LineReader::largestFile)
-        throw RuntimeFault(Fault::PathAccess, spectrum.filePath);
-    const std::optional<Header> header = readHeader(*file);
-    if (!header || header->end >= file->size())
-        return false;
+    if (file.size() > LineReader::largestFile)
+        throw RuntimeFault(Fault::PathAccess, file.path());
+    const std::optional<Header> header = readHeader(file);
+    if (!header || header->end >= file.size())
+        return refused("There is nothing behind a byte 127, which ends the header text.");
     const std::uint64_t statusOffset = header->end + bytesBeforeStatus;
-    if (saysNoSpectrum(*file, statusOffset)) {
-        spectrum.fileLeftOpen = std::move(file);
-        return false;
+    if (saysNoSpectrum(file, statusOffset))
+        return {.end = Reading::Refused,
+                .reason = "Its status byte is \"?\": the capture holds no spectrum.",
+                .keepsFileOpen = true};
+    ReadResult result = readValues(file, statusOffset + 1, spectrum);
+    if (result.end == Reading::Loaded) {
+        setDescription(spectrum, header->text);
+        useTrailerCalibration(spectrum);
     }
-    const std::int32_t fields = readFields(*file, statusOffset + 1, spectrum);
-    if (fields == 0)
-        return false;
-    takeTimesAndLength(fields, spectrum);
-    setDescription(spectrum, header->text);
-    clearStart(spectrum);
-    useTrailerCalibration(spectrum);
-    dialogs.setPointer(Pointer::Default);
-    return true;
+    return result;
 }
 
 }  // namespace kestrel

@@ -1,94 +1,24 @@
 #include "spectrum/open_spectrum.h"
 
-#include <array>
 #include <filesystem>
-#include <string_view>
+#include <memory>
 #include <system_error>
 
 #include "base/input_file.h"
 #include "base/integers.h"
+#include "base/pointer_scope.h"
 #include "base/text.h"
-#include "spectrum/canberra35_reader.h"
-#include "spectrum/chn_reader.h"
 #include "spectrum/data_information.h"
-#include "spectrum/dos_oxford_reader.h"
-#include "spectrum/labelled_lines.h"
-#include "spectrum/labo_reader.h"
-#include "spectrum/naig_reader.h"
-#include "spectrum/win_oxford_reader.h"
+#include "spectrum/formats.h"
 
 namespace kestrel {
 namespace {
 
-using Reader = bool (*)(Spectrum&, Dialogs&);
-
-struct Format {
-    const char* text = "";
-    const char* pattern = "";
-    const char* extension = "";  // must occur in the path, in any letter case
-    Reader reader = nullptr;     // null: files of this format cannot be read
-    // What can be said about a file that was refused; null: nothing.
-    std::string (*refusal)(const std::string& path) = nullptr;
-};
-
-constexpr std::array<Format, 8> formats = {{
-    {"ORTEC, SEIKO (chn)", "*.chn", ".chn", readChnFile},
-    {"Win Oxford (asc)", "*.asc", ".asc", readWinOxfordFile},
-    {"DOS Oxford (asc)", "*.asc", ".asc", readDosOxfordFile},
-    {"Labo (binary)", "*.dat", ".dat", readLaboFile, laboRefusal},
-    {"Labo v1.54(binary)", "*.dat", ".dat", readLaboV154File, laboRefusal},
-    {"CANBERRA35+ RS232C (txt)", "*.txt", ".txt", readCanberra35File},
-    {"NAIG E-560  RS232C (txt)", "*.txt", ".txt", readNaigE560File},
-    {"All File", "*.*", "", nullptr},
-}};
-
-// What the ending of a name alone calls for. Of two formats with one ending, the second is taken
-// for a file without the text that the first always carries.
-struct Ending {
-    std::string_view text;
-    int filterIndex;
-    std::string_view mark = {};
-    int filterWithoutMark = 0;
-};
-
-constexpr std::array<Ending, 4> endings = {{
-    {".chn", 1},
-    {".asc", 2, winOxfordMark, 3},
-    {".dat", 4},
-    {".txt", 6, canberra35Mark, 7},
-}};
-
 FileDialog openDialog(const std::string& folder, int filterIndex) {
     FileDialog dialog{.title = "Open", .filters = {}, .filterIndex = filterIndex, .folder = folder};
-    for (const Format& format : formats)
-        dialog.filters.push_back({format.text, format.pattern});
+    for (const SpectrumFormat& format : spectrumFormats())
+        dialog.filters.push_back({format.name, format.pattern});
     return dialog;
-}
-
-// Null when the path lacks the extension of the filter entry.
-const Format* formatFor(int filterIndex, const std::string& path) {
-    if (filterIndex < 1 || filterIndex > static_cast<int>(formats.size()))
-        return nullptr;
-    const Format& format = formats[static_cast<std::size_t>(filterIndex) - 1];
-    return containsIgnoringCase(path, format.extension) ? &format : nullptr;
-}
-
-bool carries(const std::string& path, std::string_view mark) {
-    InputFile file(path);
-    LineReader lines(file);
-    return passLine(lines, mark);
-}
-
-// A file that is not there is left to the first reader of its ending, which says so. 0: no format
-// has such names.
-int filterForName(const std::string& path) {
-    for (const Ending& ending : endings) {
-        if (!equalIgnoringCase(lastCharacters(path, ending.text.size()), ending.text))
-            continue;
-        const bool first = ending.mark.empty() || !fileExists(path) || carries(path, ending.mark);
-        return first ? ending.filterIndex : ending.filterWithoutMark;
-    }
-    return 0;
 }
 
 OpenResult openChosenFile(const FileChoice& choice, const OpenTarget& target,
@@ -102,6 +32,63 @@ OpenResult openChosenFile(const FileChoice& choice, const OpenTarget& target,
                                                                   : OpenResult::Refused;
 }
 
+// What a file that was not read to its end leaves in the record: what was read of it by then, its
+// start time as text, and what its format does not speak of as it was.
+void leaveRemains(const SpectrumFormat& format, const Spectrum& before, Spectrum& spectrum) {
+    spectrum.startTime.assignFromFile(std::string(spectrum.startTime.view()));
+    if (!format.start) {
+        spectrum.startDate = before.startDate;
+        spectrum.startTime = before.startTime;
+        spectrum.startSecondsRaw = before.startSecondsRaw;
+    }
+    if (!format.description) {
+        spectrum.comment = before.comment;
+        spectrum.chnTrailer.sample = before.chnTrailer.sample;
+        spectrum.chnTrailer.sampleLength = before.chnTrailer.sampleLength;
+    }
+    if (!format.calibration)
+        spectrum.calCurrent = before.calCurrent;
+}
+
+ReadResult readPath(const SpectrumFormat& format, Spectrum& spectrum) {
+    const auto file = std::make_shared<InputFile>(spectrum.filePath);
+    const auto before = std::make_unique<Spectrum>(spectrum);
+    ReadResult result = readAs(format, *file, spectrum);
+    if (result.end != Reading::Loaded)
+        leaveRemains(format, *before, spectrum);
+    if (result.keepsFileOpen)
+        spectrum.fileLeftOpen = file;
+    return result;
+}
+
+ReadResult readOrRefuse(const SpectrumFormat& format, Spectrum& spectrum, Dialogs& dialogs) {
+    if (format.saysThatFileIsMissing && !fileExists(spectrum.filePath)) {
+        dialogs.message({"File does not exist."});
+        return refused({});
+    }
+    const HourglassScope hourglass(dialogs);
+    try {
+        return readPath(format, spectrum);
+    } catch (const RuntimeFault&) {
+        if (!format.refusesUnreadable)
+            throw;
+        return refused("The file cannot be read.");
+    }
+}
+
+// Of a filter entry that may be none, and of a file whose name need not fit it.
+ReadResult readWithFilter(int filterIndex, Spectrum& spectrum, Dialogs& dialogs) {
+    const SpectrumFormat* const format = formatOf(filterIndex);
+    if (format == nullptr || format->read == nullptr)
+        return refused("The file type that was chosen has no reader.");
+    if (!containsIgnoringCase(spectrum.filePath, format->ending))
+        return refused("There is no \"" + std::string(format->ending) + "\" in the file name.");
+    ReadResult result = readOrRefuse(*format, spectrum, dialogs);
+    if (result.end == Reading::Failed)
+        throw RuntimeFault(result.fault, result.reason + '\n' + spectrum.filePath);
+    return result;
+}
+
 }  // namespace
 
 OpenResult openSpectrumFile(const OpenTarget& target, std::string& lastDirectory,
@@ -112,8 +99,8 @@ OpenResult openSpectrumFile(const OpenTarget& target, std::string& lastDirectory
 
 OpenResult openSpectrumPath(const std::string& path, const OpenTarget& target,
                             std::string& lastDirectory, int& lastFilterIndex, Dialogs& dialogs) {
-    const int filterIndex = filterForName(path);
-    if (filterIndex == 0) {
+    const SpectrumFormat* const format = formatForName(path);
+    if (format == nullptr) {
         dialogs.message({.text = "This is no spectrum file by its name, which must end in\n"
                                  ".chn, .asc, .dat or .txt.",
                          .details = path});
@@ -122,17 +109,16 @@ OpenResult openSpectrumPath(const std::string& path, const OpenTarget& target,
     // As the dialog does with a file that is chosen there.
     std::error_code staysWhereItIs;
     std::filesystem::current_path(std::filesystem::path(path).parent_path(), staysWhereItIs);
-    return openChosenFile({path, filterIndex}, target, lastDirectory, lastFilterIndex, dialogs);
+    return openChosenFile({path, static_cast<int>(format->id)}, target, lastDirectory,
+                          lastFilterIndex, dialogs);
 }
 
 bool readSpectrumByFormat(int filterIndex, const OpenTarget& target, Dialogs& dialogs) {
     Spectrum& spectrum = target.spectrum;
-    const Format* const format = formatFor(filterIndex, spectrum.filePath);
-    if (format == nullptr || format->reader == nullptr || !format->reader(spectrum, dialogs)) {
-        dialogs.setPointer(Pointer::Default);
-        const bool reasoned = format != nullptr && format->refusal != nullptr;
+    const ReadResult result = readWithFilter(filterIndex, spectrum, dialogs);
+    if (result.end == Reading::Refused) {
         dialogs.message({.text = "File does not read.\nDifferent format ?!   Check file type !!",
-                         .details = reasoned ? format->refusal(spectrum.filePath) : std::string()});
+                         .details = result.reason});
         return false;
     }
     if (spectrum.useFileCalibration == 0)

@@ -15,13 +15,6 @@ std::uint8_t digitValue(char c) {
 
 }  // namespace
 
-bool spectrumFileExists(const Spectrum& spectrum, Dialogs& dialogs) {
-    const bool exists = fileExists(spectrum.filePath);
-    if (!exists)
-        dialogs.message({"File does not exist."});
-    return exists;
-}
-
 void presetTextSpectrum(Spectrum& spectrum, std::int16_t mcaNumber) {
     spectrum.mcaNumber = mcaNumber;
     spectrum.segmentNumber = 1;
@@ -31,17 +24,15 @@ void presetTextSpectrum(Spectrum& spectrum, std::int16_t mcaNumber) {
     spectrum.chnTrailer.calC = 0;
 }
 
-bool readTextFormat(const TextFormat& format, Spectrum& spectrum, Dialogs& dialogs) {
-    if (!spectrumFileExists(spectrum, dialogs))
-        return false;
-    dialogs.setPointer(Pointer::Hourglass);
+ReadResult readTextFormat(const TextFormat& format, InputFile& file, Spectrum& spectrum) {
     presetTextSpectrum(spectrum, format.mcaNumber);
-    InputFile file(spectrum.filePath);
     LineReader lines(file);
-    if (!takeLabelledValues(lines, format.header, spectrum) || !format.readRest(lines, spectrum))
-        return false;
-    dialogs.setPointer(Pointer::Default);
-    return true;
+    try {
+        ReadResult header = takeLabelledValues(lines, format.header, spectrum);
+        return header.end == Reading::Loaded ? format.readRest(lines, spectrum) : header;
+    } catch (const RuntimeFault& fault) {
+        return failed(fault, "Line " + std::to_string(lines.lineNumber()));
+    }
 }
 
 std::int32_t ticksFromSeconds(double seconds) {

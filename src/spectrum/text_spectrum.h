@@ -6,15 +6,12 @@
 #include <string>
 #include <string_view>
 
-#include "base/dialogs.h"
 #include "base/input_file.h"
 #include "spectrum/labelled_lines.h"
+#include "spectrum/read_result.h"
 #include "spectrum/spectrum.h"
 
 namespace kestrel {
-
-// False, after a message, when spectrum.filePath names no file.
-bool spectrumFileExists(const Spectrum& spectrum, Dialogs& dialogs);
 
 // Segment 1, no channels yet, one keV per channel. Analysers that send no number are known by a
 // fixed `mcaNumber`, one for each format.
@@ -23,13 +20,13 @@ void presetTextSpectrum(Spectrum& spectrum, std::int16_t mcaNumber);
 struct TextFormat {
     std::int16_t mcaNumber;
     std::span<const LabelledValue> header;
-    // Called once the header is complete; false for what is no file of the format.
-    bool (*readRest)(LineReader& lines, Spectrum& spectrum);
+    // Called once the header is complete. Its faults belong to the line that was read last.
+    ReadResult (*readRest)(LineReader& lines, Spectrum& spectrum);
 };
 
-// Reads spectrum.filePath; false for a file that is missing or not of the format. Faults: those of
-// InputFile and of the format's values.
-bool readTextFormat(const TextFormat& format, Spectrum& spectrum, Dialogs& dialogs);
+// Presets the spectrum and takes the header and the rest. Refusals and failures name the label or
+// the line. Faults: those of LineReader.
+ReadResult readTextFormat(const TextFormat& format, InputFile& file, Spectrum& spectrum);
 
 // Ticks of 20 ms. Faults: Overflow.
 std::int32_t ticksFromSeconds(double seconds);

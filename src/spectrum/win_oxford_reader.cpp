@@ -67,19 +67,19 @@ void readCounts(LineReader& lines, Spectrum& spectrum) {
         spectrum.counts[channel] = parseLeadingInteger(fromCharacter(lines.require(), countColumn));
 }
 
-bool readRest(LineReader& lines, Spectrum& spectrum) {
+ReadResult readRest(LineReader& lines, Spectrum& spectrum) {
     useTrailerCalibration(spectrum);
     spectrum.comment.assign(spectrum.chnTrailer.sample.view());
     if (spectrum.channelCount == 0)
-        return false;
+        return refused("There are no channels: the number behind \"Conversion Gain:\" is 0.");
     readCounts(lines, spectrum);
-    return true;
+    return {};
 }
 
 }  // namespace
 
-bool readWinOxfordFile(Spectrum& spectrum, Dialogs& dialogs) {
-    return readTextFormat({winOxfordMca, header, readRest}, spectrum, dialogs);
+ReadResult readWinOxfordFile(InputFile& file, Spectrum& spectrum) {
+    return readTextFormat({winOxfordMca, header, readRest}, file, spectrum);
 }
 
 }  // namespace kestrel

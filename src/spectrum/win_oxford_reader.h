@@ -3,7 +3,8 @@
 
 #include <string_view>
 
-#include "base/dialogs.h"
+#include "base/input_file.h"
+#include "spectrum/read_result.h"
 #include "spectrum/spectrum.h"
 
 namespace kestrel {
@@ -11,10 +12,9 @@ namespace kestrel {
 // The one of its labels that says how many channels follow, and that the DOS form does not know.
 inline constexpr std::string_view winOxfordMark = "Conversion Gain:";
 
-// Reads spectrum.filePath. False when the file is missing, which the user is told, lacks one of the
-// header labels or declares no channels; what was read by then stays. Times are in 20 ms ticks.
-// Faults: Overflow, InputPastEnd (the table is shorter than the header says), SubscriptOutOfRange
-// after 17001 counts.
-bool readWinOxfordFile(Spectrum& spectrum, Dialogs& dialogs);
+// Refuses a file that lacks one of the header labels or declares no channels, and fails where a
+// number does not fit, the table is shorter than the header says or has more than 17001 counts;
+// what was read by then stays. Times are in 20 ms ticks. Faults: those of InputFile and LineReader.
+ReadResult readWinOxfordFile(InputFile& file, Spectrum& spectrum);
 
 }  // namespace kestrel

@@ -216,7 +216,7 @@ TEST_F(AllFormats, SayOfALaboFileThatItsLayoutIsNotKnown) {
                   "File does not read.\nDifferent format ?!   Check file type !!");
         EXPECT_EQ(dialogs.messages[0].details,
                   "This is a Labo file. How it holds its counts is not known.");
-        EXPECT_EQ(dialogs.messages[1].details, "");
+        EXPECT_EQ(dialogs.messages[1].details, "There is no text \"Laboratory Equipment\" in it.");
         EXPECT_EQ(dialogs.messages[2].text, dialogs.messages[0].text);
         EXPECT_EQ(dialogs.messages[2].details, "The file cannot be read.");
     }

@@ -13,7 +13,7 @@ using test::trailer;
 
 class ChnReader : public test::ReaderTest {
   protected:
-    ChnReader() : ReaderTest(readChnFile) {}
+    ChnReader() : ReaderTest(FormatId::Chn) {}
 };
 
 TEST_F(ChnReader, ReadsHeaderCountsAndCommentOfTheFirstKind) {
@@ -30,7 +30,6 @@ TEST_F(ChnReader, ReadsHeaderCountsAndCommentOfTheFirstKind) {
     EXPECT_EQ(spectrum.comment.view(), padded("Soil 1", 64));
     EXPECT_EQ(spectrum.calCurrent, (Calibration{1, 2, 3}));
     EXPECT_EQ(spectrum.calFromFile, (Calibration{4, 5, 6}));
-    EXPECT_EQ(dialogs.pointer, Pointer::Default);
 }
 
 TEST_F(ChnReader, TakesTheCalibrationOfTheExtensionAndOfTheTrailer) {
@@ -86,17 +85,12 @@ TEST_F(ChnReader, CutsTextsAtTheirFirstNul) {
     EXPECT_EQ(spectrum.startDate.view(), "16NO    ");
 }
 
-TEST_F(ChnReader, RefusesAnotherFirstWordAndLeavesTheHourglass) {
+TEST_F(ChnReader, RefusesAnotherFirstWord) {
     spectrum.counts[0] = 5;
     EXPECT_FALSE(read("This is not a spectrum, but a text of some length."));
     EXPECT_EQ(spectrum.fileType, 0x6854);
     EXPECT_EQ(spectrum.counts[0], 5);
-    EXPECT_EQ(dialogs.pointer, Pointer::Hourglass);
-    EXPECT_FALSE(read(std::string("This is not") + std::string(13, 'x') +
-                      std::string("12\0"
-                                  "34",
-                                  5)));
-    EXPECT_EQ(spectrum.startTime.view(), "12    ");
+    EXPECT_EQ(result.reason, "A CHN file begins with the number -1, this one with 26708.");
     EXPECT_FALSE(read(""));
 }
 
@@ -131,6 +125,10 @@ TEST_F(ChnReader, ReadsZeroesPastTheEndOfAFileThatWasCut) {
     EXPECT_EQ(spectrum.counts[1], 10);
     EXPECT_EQ(spectrum.counts[2], 0);
     EXPECT_EQ(spectrum.calCurrent, Calibration{});
+    EXPECT_EQ(result.missing,
+              "The file ends before its counts: channels 2 to 3 are missing and shown as 0.");
+    ASSERT_TRUE(read(whole));
+    EXPECT_EQ(result.missing, "");
 }
 
 TEST_F(ChnReader, SurvivesEveryHeaderByteFlipped) {
@@ -144,11 +142,9 @@ TEST_F(ChnReader, SurvivesEveryHeaderByteFlipped) {
 }
 
 TEST_F(ChnReader, RaisesTheFileFaultsOfMissingFilesAndFolders) {
-    EXPECT_FAULT(readMissing(), Fault::FileNotFound);
-    spectrum.filePath = folder.file("gone/a.chn");
-    EXPECT_FAULT(readChnFile(spectrum, dialogs), Fault::PathNotFound);
-    spectrum.filePath = folder.path();
-    EXPECT_FAULT(readChnFile(spectrum, dialogs), Fault::PathAccess);
+    EXPECT_FAULT(readPath(folder.file("gone")), Fault::FileNotFound);
+    EXPECT_FAULT(readPath(folder.file("gone/a.chn")), Fault::PathNotFound);
+    EXPECT_FAULT(readPath(folder.path()), Fault::PathAccess);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "chn_bytes.h"
 #include "reader_fixture.h"
+#include "scripted_dialogs.h"
 #include "spectrum/chn_reader.h"
 
 namespace kestrel {
@@ -11,7 +12,9 @@ using test::padded;
 
 class CsvExport : public test::ReaderTest {
   protected:
-    CsvExport() : ReaderTest(readChnFile) {}
+    CsvExport() : ReaderTest(FormatId::Chn) {}
+
+    test::ScriptedDialogs dialogs;
 
     void loadFour() {
         const test::ChnBytes file{.seconds = "37",

@@ -154,11 +154,62 @@ TEST_F(OpenSpectrum, RefusesAPathWhoseNameNoFilterFitsAndChangesNothing) {
     EXPECT_EQ(lastDirectory, before);
 }
 
+std::size_t handlesOn(const std::string& path) {
+    std::size_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code gone;
+        count += std::filesystem::read_symlink(entry, gone) == path ? 1U : 0U;
+    }
+    return count;
+}
+
+TEST_F(OpenSpectrum, LeavesACaptureOpenThatSaysThatItHoldsNoSpectrum) {
+    const std::string path = folder.write("a.txt", '\x7f' + std::string(2303, ' ') + "?      1");
+    EXPECT_EQ(open(path, 7), OpenResult::Refused);
+    EXPECT_EQ(open(path, 7), OpenResult::Refused);
+    EXPECT_EQ(handlesOn(path), 1U);
+    spectrum.fileLeftOpen.reset();
+    EXPECT_EQ(open(folder.write("b.txt", "no mark"), 7), OpenResult::Refused);
+    EXPECT_EQ(handlesOn(folder.file("b.txt")), 0U);
+}
+
+// What a format does not speak of stays as it was, what was read stays as far as it came.
+TEST_F(OpenSpectrum, LeavesInTheRecordWhatWasReadOfARefusedFile) {
+    struct Case {
+        int filter;
+        std::string bytes;
+        const char* startTime;
+        std::int16_t mca;
+        std::string reason;
+    };
+    const Case cases[] = {
+        {1,
+         std::string("This is not.............12\0"
+                     "34",
+                     29),
+         "12", 29545, "A CHN file begins with the number -1, this one with 26708."},
+        {3, "Elt: 7\nReal Time: 8\n", "", 444,
+         "There is no line with \"Chn    Counts\", the heading of the counts."},
+        {7, "no mark", "old", 560,
+         "There is nothing behind a byte 127, which ends the header text."},
+    };
+    for (const Case& c : cases) {
+        spectrum.startTime.assign("old");
+        spectrum.comment.assign("comment");
+        EXPECT_EQ(open(folder.write("a.chn.asc.txt", c.bytes), c.filter), OpenResult::Refused);
+        EXPECT_EQ(spectrum.startTime.trimmed(), c.startTime);
+        EXPECT_EQ(spectrum.comment.trimmed(), "comment");
+        EXPECT_EQ(spectrum.mcaNumber, c.mca);
+        EXPECT_EQ(dialogs.messages.back().details, c.reason);
+    }
+}
+
 TEST_F(OpenSpectrum, GoesOnAfterAFault) {
     EXPECT_FAULT(open(folder.file("gone.chn")), Fault::FileNotFound);
     EXPECT_FAULT(open(folder.write("long.chn", test::ChnBytes{.channelCount = 17002}.bytes())),
                  Fault::SubscriptOutOfRange);
     EXPECT_EQ(open(folder.write("a.chn", test::ChnBytes{}.bytes())), OpenResult::Loaded);
+    EXPECT_EQ(dialogs.pointer, Pointer::Default);
 }
 
 }  // namespace

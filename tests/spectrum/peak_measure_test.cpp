@@ -15,7 +15,6 @@
 #include "fault_matcher.h"
 #include "make_samples/gamma_lines.h"
 #include "make_samples/spectrum_maker.h"
-#include "scripted_dialogs.h"
 #include "spectrum/chn_reader.h"
 #include "spectrum/energy_calibration.h"
 
@@ -100,9 +99,8 @@ TEST(PeakMeasure, RoundsTheCentreOfAWidePeakToTheNearestChannel) {
 
 std::unique_ptr<Spectrum> sample(const char* name) {
     auto spectrum = std::make_unique<Spectrum>();
-    test::ScriptedDialogs dialogs;
-    spectrum->filePath = std::string(KESTREL_SAMPLES "/") + name;
-    EXPECT_TRUE(readChnFile(*spectrum, dialogs));
+    InputFile file(std::string(KESTREL_SAMPLES "/") + name);
+    EXPECT_EQ(readChnFile(file, *spectrum).end, Reading::Loaded);
     return spectrum;
 }
 

@@ -2,9 +2,8 @@
 // Series 35+ capture.
 #include "base/text.h"
 #include "reader_fixture.h"
-#include "spectrum/canberra35_reader.h"
-#include "spectrum/dos_oxford_reader.h"
-#include "spectrum/win_oxford_reader.h"
+#include "scripted_dialogs.h"
+#include "spectrum/open_spectrum.h"
 
 namespace kestrel {
 namespace {
@@ -13,12 +12,12 @@ using test::changed;
 
 // In every file the labels stand in no particular order and letter case.
 struct Form {
-    bool (*read)(Spectrum&, Dialogs&);
+    FormatId id;
     const char* start;  // what the file says of the date and time
     std::string file;
 };
 
-const Form winOxford = {readWinOxfordFile, "Acquisition Date:   6-Nov-2026  9:05",
+const Form winOxford = {FormatId::WinOxford, "Acquisition Date:   6-Nov-2026  9:05",
                         "c =                                                  1.2 keV\r\n"
                         "B =                                                  0.5\r\n"
                         "A =                                                  0.0001\r\n"
@@ -32,7 +31,7 @@ const Form winOxford = {readWinOxfordFile, "Acquisition Date:   6-Nov-2026  9:05
                         "    1: 12.5\r\n"
                         "    2: 13.5"};
 
-const Form dosOxford = {readDosOxfordFile, "acq date: 6 Nov 2026 1:05:37 PM",
+const Form dosOxford = {FormatId::DosOxford, "acq date: 6 Nov 2026 1:05:37 PM",
                         "Real Time: 310\r\n"
                         "acq date: 6 Nov 2026 1:05:37 PM\r\n"
                         "ELT: 300.5 sec\r\n"
@@ -57,19 +56,29 @@ const std::string canberraHeader =
     "TAG NO. = 17, soil\r\n"
     "Series 35+  V-2.00\r\n"
     "CHANNEL#\r\n";
-const Form canberra35 = {readCanberra35File, " 6 NOV 26   9: 5",
+const Form canberra35 = {FormatId::Canberra35, " 6 NOV 26   9: 5",
                          canberraHeader + tableLine(0) + tableLine(8)};
 
 class TextReaders : public test::ReaderTest {
   protected:
-    TextReaders() : ReaderTest(nullptr) {}
+    TextReaders() : ReaderTest(FormatId::WinOxford) {}
 
     bool read(const Form& form, std::string_view bytes) {
-        reader = form.read;
+        format = formatOf(static_cast<int>(form.id));
         return ReaderTest::read(bytes);
     }
     bool readChanged(const Form& form, std::string_view from, std::string_view to) {
         return read(form, changed(form.file, from, to));
+    }
+    // By the open command; the reason that the user is told.
+    std::string reasonOf(const Form& form, std::string_view from, std::string_view to) {
+        test::ScriptedDialogs dialogs;
+        const auto derived = std::make_unique<DerivedArrays>();
+        std::vector<std::string> headerLines;
+        spectrum.filePath = folder.write("file.asc.txt", changed(form.file, from, to));
+        EXPECT_FALSE(readSpectrumByFormat(static_cast<int>(form.id),
+                                          {spectrum, *derived, headerLines}, dialogs));
+        return dialogs.messages.back().details;
     }
     std::vector<std::int32_t> counts() {
         const auto all = spectrum.counts.span(0, spectrum.channelCount);
@@ -121,7 +130,6 @@ TEST_F(TextReaders, FindEveryValueByItsLabelAndPlace) {
         EXPECT_EQ(counts(), c.counts);
         EXPECT_EQ(spectrum.calCurrent, c.current);
         EXPECT_EQ(spectrum.calFromFile, c.fromFile);
-        EXPECT_EQ(dialogs.pointer, Pointer::Default);
     }
 }
 
@@ -175,14 +183,16 @@ TEST_F(TextReaders, KeepWhatTheyReadBeforeAMissingLabel) {
           Case{winOxford, "Acq", true, true, 3}, Case{winOxford, "A =", true, true, 3},
           Case{winOxford, "B =", true, true, 3}, Case{winOxford, "c =", true, true, 3},
           Case{dosOxford, "ELT:", false, false}, Case{dosOxford, "Real Time:", true, false},
-          Case{dosOxford, "CHN    COUNTS", true, true},
+          Case{dosOxford, "CHN    COUNTS", true, false},
           Case{canberra35, "Series 35+  V-2.00", false, false},
           Case{canberra35, "LIVE", false, false}, Case{canberra35, "TRUE", true, false},
           Case{canberra35, "TAG NO.", true, false}, Case{canberra35, "MEMORY", true, true},
           Case{canberra35, "CHANNEL#", true, true}}) {
         spectrum.liveTime = 1;
         spectrum.comment.assign("old");
-        EXPECT_FALSE(readChanged(c.form, c.label, "---")) << c.label;
+        const std::string reason = reasonOf(c.form, c.label, "---");
+        EXPECT_TRUE(containsIgnoringCase(reason, std::string("There is no line with \"") + c.label))
+            << reason;
         EXPECT_EQ(spectrum.liveTime != 1, c.liveTime) << c.label;
         EXPECT_EQ(spectrum.comment.trimmed() != "old", c.comment) << c.label;
         EXPECT_EQ(spectrum.channelCount, c.channels) << c.label;
@@ -195,16 +205,19 @@ TEST_F(TextReaders, RaiseTheFaultsOfTheirNumbersAndOfAShortTable) {
         const char* from;
         const char* to;
         Fault fault;
+        const char* place;
     };
     for (const Case& c :
-         {Case{winOxford, "Gain:          3", "Gain:          4", Fault::InputPastEnd},
-          Case{winOxford, "Gain:          3", "Gain:          32767.5", Fault::Overflow},
-          Case{winOxford, "300", "43000000", Fault::Overflow},
-          Case{winOxford, "1.2", "1e39", Fault::Overflow},
-          Case{winOxford, "12.5", "1e10", Fault::Overflow},
-          Case{dosOxford, "12.5", "1e10", Fault::Overflow},
-          Case{canberra35, "  7  ", "9E9  ", Fault::Overflow}}) {
+         {Case{winOxford, "Gain:          3", "Gain:          4", Fault::InputPastEnd, "Line 18"},
+          Case{winOxford, "Gain:          3", "Gain:          32767.5", Fault::Overflow,
+               "Line 8, \"Conversion Gain:\""},
+          Case{winOxford, "300", "43000000", Fault::Overflow, "Line 5, \"Elapsed Live Time:\""},
+          Case{winOxford, "1.2", "1e39", Fault::Overflow, "Line 1, \"C =\""},
+          Case{winOxford, "12.5", "1e10", Fault::Overflow, "Line 17"},
+          Case{dosOxford, "12.5", "1e10", Fault::Overflow, "Line 6"},
+          Case{canberra35, "  7  ", "9E9  ", Fault::Overflow, "Line 6"}}) {
         EXPECT_FAULT(readChanged(c.form, c.from, c.to), c.fault) << c.from << " " << c.to;
+        EXPECT_TRUE(result.reason.starts_with(std::string(c.place) + ": ")) << result.reason;
     }
     EXPECT_FAULT(read(canberra35, canberraHeader), Fault::InputPastEnd);
     // Rounds to the largest single-precision number.

@@ -9,7 +9,6 @@
 
 #include "make_samples/poisson.h"
 #include "make_samples/spectrum_maker.h"
-#include "scripted_dialogs.h"
 #include "spectrum/chn_reader.h"
 #include "temp_folder.h"
 
@@ -37,9 +36,8 @@ TEST(Samples, AreReadInTheirKindWithTheirLabels) {
              Case{"empty-4096.chn", "Nothing counted", "095900", 4096, 10, 0.4995},
          }) {
         const auto spectrum = std::make_unique<Spectrum>();
-        spectrum->filePath = std::string(KESTREL_SAMPLES "/") + name;
-        test::ScriptedDialogs dialogs;
-        ASSERT_TRUE(readChnFile(*spectrum, dialogs)) << name;
+        InputFile file(std::string(KESTREL_SAMPLES "/") + name);
+        ASSERT_EQ(readChnFile(file, *spectrum).end, Reading::Loaded) << name;
         EXPECT_EQ(spectrum->comment.view().substr(0, 14), std::string_view(comment).substr(0, 14));
         EXPECT_EQ(spectrum->startTime.view().substr(0, std::string_view(startTime).size()),
                   startTime);
