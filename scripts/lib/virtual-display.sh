@@ -4,12 +4,20 @@
 
 # start_display WIDTHxHEIGHT: sets DISPLAY.
 start_display() {
+    local cookie
     display_folder=$(mktemp -d)
-    Xvfb -displayfd 3 -screen 0 "$1x24" -nolisten tcp 3>"$display_folder/number" >/dev/null 2>&1 &
+    # Without a secret every user of the machine could watch the display and type into it. The server
+    # takes it for whatever number it gets.
+    cookie=$(od -An -N16 -tx1 /dev/urandom | tr -d ' \n')
+    export XAUTHORITY=$display_folder/authority
+    (umask 077 && touch "$XAUTHORITY" && xauth -q add :0 . "$cookie")
+    Xvfb -displayfd 3 -screen 0 "$1x24" -nolisten tcp -auth "$XAUTHORITY" \
+        3>"$display_folder/number" >/dev/null 2>&1 &
     display_pids=$!
     wait_for test -s "$display_folder/number"
     DISPLAY=:$(cat "$display_folder/number")
     export DISPLAY XDG_RUNTIME_DIR=$display_folder
+    xauth -q add "$DISPLAY" . "$cookie"
     # A desktop's own settings would change what the windows look like.
     unset WAYLAND_DISPLAY QT_QPA_PLATFORM QT_STYLE_OVERRIDE
     # Without a file of its own it shows what it thinks of that in a window.
