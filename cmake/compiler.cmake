@@ -12,6 +12,30 @@ target_compile_options(kestrel_compiler INTERFACE
     # GCC 12.2 loses the rounding of double -> float -> double where it vectorises two neighbouring
     # values, as two coefficients or two bounds of a measurement are.
     $<$<CXX_COMPILER_ID:GNU>:-fno-tree-slp-vectorize>)
+# What makes a fault in the program hard to use for somebody else: position-independent code, tables
+# that are read-only once the program runs, checks of stack frames, of the C library's buffers and of
+# the standard library's indices, and jumps to marked places only.
+include(CheckCXXCompilerFlag)
+include(CheckPIESupported)
+check_pie_supported()
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+target_compile_options(kestrel_compiler INTERFACE $<$<CXX_COMPILER_ID:GNU,Clang>:-fstack-protector-strong>)
+target_compile_definitions(kestrel_compiler INTERFACE _GLIBCXX_ASSERTIONS)
+if(CMAKE_BUILD_TYPE MATCHES "Rel" AND NOT KESTREL_SANITIZE AND NOT KESTREL_FUZZ)
+    # It needs an optimised build, and the sanitizers check more.
+    target_compile_options(kestrel_compiler INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+endif()
+foreach(flag -fstack-clash-protection -fcf-protection -mbranch-protection=standard)
+    string(MAKE_C_IDENTIFIER "KESTREL_HAS${flag}" known)
+    check_cxx_compiler_flag(${flag} ${known})
+    if(${known})
+        target_compile_options(kestrel_compiler INTERFACE ${flag})
+    endif()
+endforeach()
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+    target_link_options(kestrel_compiler INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
+endif()
+
 if(KESTREL_WERROR)
     target_compile_options(kestrel_compiler INTERFACE $<$<CXX_COMPILER_ID:GNU,Clang>:-Werror>)
 endif()

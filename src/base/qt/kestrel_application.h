@@ -1,5 +1,5 @@
-// The application object: the one place where run-time faults are caught, and where the texts of all
-// labels, boxes and tool tips are made plain.
+// The application object: the one place where run-time faults are caught, and where the texts of
+// all labels, boxes and tool tips are made plain.
 #pragma once
 
 #include <QApplication>
