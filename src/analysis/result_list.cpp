@@ -84,11 +84,11 @@ std::vector<std::string> buildResultList(const Spectrum& spectrum, PeakAreaTable
 
 std::vector<std::string> resultHeader(const Spectrum& spectrum) {
     return {
-        "File Name   :" + spectrum.filePath,
-        "Comment     :" + std::string(spectrum.comment.view()),
+        "File Name   :" + withoutControls(spectrum.filePath),
+        "Comment     :" + withoutControls(spectrum.comment.view()),
         "Mca & Seg # :" + spaced(spectrum.mcaNumber) + "&" + spaced(spectrum.segmentNumber),
-        "Date        :" + formatStartDate(spectrum.startDate) + "-" +
-            std::string(spectrum.startTime.view()),
+        "Date        :" + withoutControls(formatStartDate(spectrum.startDate)) + "-" +
+            withoutControls(spectrum.startTime.view()),
         "Time(sec)   :" + spaced(spectrum.liveTime),
         std::string(ruleLength, '='),
         std::string(resultHeadings),

@@ -49,6 +49,16 @@ std::string_view trimBlanks(std::string_view text) {
     return left.substr(0, countedFromOne(left.find_last_not_of(' ')));
 }
 
+std::string withoutControls(std::string_view text) {
+    const auto isControl = [](char c) {
+        const auto code = static_cast<unsigned char>(c);
+        return code < 0x20 || code == 0x7F;
+    };
+    std::string result(text);
+    std::ranges::replace_if(result, isControl, ' ');
+    return result;
+}
+
 std::string_view upToNul(std::string_view text) {
     return text.substr(0, text.find('\0'));
 }

@@ -11,6 +11,10 @@ namespace kestrel {
 std::string_view trimBlanksLeft(std::string_view text);
 std::string_view trimBlanks(std::string_view text);
 
+// The text with a blank for each control character, as it goes into files and onto paper: a line
+// end of a name or a comment would begin a line of its own there.
+std::string withoutControls(std::string_view text);
+
 // The characters before the first one of code 0.
 std::string_view upToNul(std::string_view text);
 

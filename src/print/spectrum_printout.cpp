@@ -57,8 +57,8 @@ std::string liveTime(const Spectrum& spectrum) {
 
 std::vector<std::string> headerLines(const Spectrum& spectrum) {
     return {
-        dateLine(spectrum),
-        commentLine(spectrum),
+        withoutControls(dateLine(spectrum)),
+        withoutControls(commentLine(spectrum)),
         liveTime(spectrum),
         "Mca : " + plainNumber(std::int64_t{spectrum.mcaNumber}),
         "Seg : " + plainNumber(std::int64_t{spectrum.segmentNumber}),

@@ -22,12 +22,13 @@ void appendColumn(std::string& line, std::int64_t number, std::size_t width) {
 std::string headerText(const Spectrum& spectrum) {
     const FixedText<6>& time = spectrum.startTime;
     std::string text;
-    text.append("FILE NAME : ").append(spectrum.filePath).append(lineEnd);
-    text.append("Comment   : ").append(spectrum.chnTrailer.sample.view()).append(lineEnd);
-    text.append("Date      : ").append(spectrum.startDate.characters(1, 7)).append(" - ");
-    text.append(time.characters(1, 2)).append(":");
-    text.append(time.characters(3, 2)).append(":");
-    text.append(time.characters(5, 2)).append(lineEnd);
+    text.append("FILE NAME : ").append(withoutControls(spectrum.filePath)).append(lineEnd);
+    text.append("Comment   : ").append(withoutControls(spectrum.chnTrailer.sample.view()));
+    text.append(lineEnd);
+    text.append("Date      : ").append(withoutControls(spectrum.startDate.characters(1, 7)));
+    text.append(" - ").append(withoutControls(time.characters(1, 2))).append(":");
+    text.append(withoutControls(time.characters(3, 2))).append(":");
+    text.append(withoutControls(time.characters(5, 2))).append(lineEnd);
     text.append("Meas. Time: ").append(plainNumber(std::int64_t{spectrum.liveTime}));
     return text.append(" sec").append(lineEnd);
 }

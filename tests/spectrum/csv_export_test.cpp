@@ -20,7 +20,7 @@ class CsvExport : public test::ReaderTest {
         const test::ChnBytes file{.seconds = "37",
                                   .liveTime = 600,
                                   .counts = {0, 123, 9'999'999, 10'000'000},
-                                  .rest = test::trailer(1, 2, 3, "Soil 1")};
+                                  .rest = test::trailer(1, 2, 3, "Soil\n1")};
         ASSERT_TRUE(read(file.bytes()));
     }
     std::string lastDirectory = "/somewhere";

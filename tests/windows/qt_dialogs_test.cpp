@@ -6,9 +6,11 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
@@ -53,6 +55,20 @@ TEST(QtFileDialog, ShowsFiltersToTheBlankAndReportsTheOneLeftSelected) {
         EXPECT_EQ(shown, "NAIG E-560  RS232C (txt)");
         EXPECT_EQ(choice.filterIndex, chosen + 1);
         EXPECT_EQ(choice.path, "");
+    }
+}
+
+TEST(QtFileDialog, AddsAnEndingThatIsNotTyped) {
+    const test::TempFolder folder;
+    QtDialogs dialogs;
+    for (const auto& [typed, saved] : {std::pair{"out", "out.csv"}, {"out.txt", "out.txt"}}) {
+        whenOpen<QFileDialog>([typed = typed](QFileDialog& dialog) {
+            dialog.findChild<QLineEdit*>()->setText(QLatin1String(typed));
+            dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
+        });
+        const FileDialog request{
+            .title = "Save as CSV", .filters = {{"csv file(s)", "*.csv"}}, .folder = folder.path()};
+        EXPECT_EQ(dialogs.saveFile(request).path, folder.file(saved));
     }
 }
 

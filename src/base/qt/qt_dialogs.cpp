@@ -101,6 +101,10 @@ FileChoice chooseFile(const FileDialog& request, QFileDialog::AcceptMode mode) {
     dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
                                                        : QFileDialog::AnyFile);
     prepare(dialog, request);
+    // An ending that is not typed; Qt asks about the file that then has the name.
+    if (mode == QFileDialog::AcceptSave && !request.filters.empty())
+        dialog.setDefaultSuffix(
+            toWindow(request.filters.front().pattern).section(QLatin1Char('.'), 1));
     const bool accepted = dialog.exec() == QDialog::Accepted;
     FileChoice choice{.path = {}, .filterIndex = selectedFilter(dialog, request)};
     if (accepted && !dialog.selectedFiles().isEmpty()) {
