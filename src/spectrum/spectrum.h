@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "base/checked_array.h"
 #include "base/fixed_text.h"
@@ -49,6 +50,13 @@ struct ChnExtension {
     Calibration calibration;
 };
 
+// Something that a file tells and no field holds.
+struct NamedValue {
+    std::string name;
+    std::string value;
+    friend bool operator==(const NamedValue&, const NamedValue&) = default;
+};
+
 struct Spectrum {
     // Entries from channelCount on hold what an earlier, longer spectrum left: read the counts of a
     // channel that may lie there through countsAt.
@@ -71,6 +79,7 @@ struct Spectrum {
     std::int32_t liveTimeTicks = 0;  // 20 ms ticks; set when a file has been opened
     ChnExtension chnExtension;
     ChnTrailer chnTrailer;
+    std::vector<NamedValue> details;
     // The last NAIG capture that said it holds no spectrum; open until the next one does.
     std::shared_ptr<InputFile> fileLeftOpen;
 

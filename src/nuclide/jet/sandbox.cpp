@@ -63,6 +63,7 @@ void denyWriting() {
     close(static_cast<int>(handle));
 }
 
+#if !defined(KESTREL_SANITIZED)
 #if defined(__x86_64__)
 constexpr unsigned machine = AUDIT_ARCH_X86_64;
 #elif defined(__aarch64__)
@@ -71,7 +72,6 @@ constexpr unsigned machine = AUDIT_ARCH_AARCH64;
 constexpr unsigned machine = 0;
 #endif
 
-#if !defined(KESTREL_SANITIZED)
 constexpr std::array forbiddenCalls = {
     SYS_socket,   SYS_socketpair,   SYS_connect,        SYS_bind,
     SYS_execve,   SYS_execveat,     SYS_clone,          SYS_clone3,

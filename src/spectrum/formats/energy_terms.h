@@ -1,0 +1,26 @@
+// The energy calibration of an exchange file as the straight line or parabola that a loaded
+// spectrum has.
+#pragma once
+
+#include <optional>
+
+#include "spectrum/formats/measured_spectrum.h"
+#include "spectrum/spectrum.h"
+
+namespace kestrel {
+
+struct FittedCalibration {
+    Calibration calibration;
+    double largestDifference = 0;  // from the file's energies, keV
+};
+
+// The parabola nearest to the file's calibration by least squares over the channels; the file's own
+// where it is one. None where the file has no calibration, or one whose energies do not rise over
+// the channels.
+std::optional<FittedCalibration> fittedCalibration(const MeasuredSpectrum& spectrum);
+
+// The calibration of channels that are sums of `group` neighbours: the energy of the sum is that of
+// the middle of its channels.
+Calibration groupedCalibration(const Calibration& calibration, int group);
+
+}  // namespace kestrel

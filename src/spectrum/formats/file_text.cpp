@@ -1,0 +1,232 @@
+#include "spectrum/formats/file_text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <cmath>
+#include <cstdint>
+#include <span>
+
+#include "base/text.h"
+
+namespace kestrel {
+namespace {
+
+constexpr std::string_view space = " \t\v\f\r\n";
+constexpr std::string_view betweenWords = " \t\v\f\r\n,;";
+constexpr std::array<std::string_view, 12> monthNames = {"jan", "feb", "mar", "apr", "may", "jun",
+                                                         "jul", "aug", "sep", "oct", "nov", "dec"};
+
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+void appendUtf8(std::uint32_t code, std::string& text) {
+    const auto follow = [&](unsigned shift) {
+        text += static_cast<char>(0x80U | ((code >> shift) & 0x3FU));
+    };
+    if (code < 0x80) {
+        text += static_cast<char>(code);
+    } else if (code < 0x800) {
+        text += static_cast<char>(0xC0U | (code >> 6U));
+        follow(0);
+    } else if (code < 0x10000) {
+        text += static_cast<char>(0xE0U | (code >> 12U));
+        follow(6);
+        follow(0);
+    } else {
+        text += static_cast<char>(0xF0U | (code >> 18U));
+        follow(12);
+        follow(6);
+        follow(0);
+    }
+}
+
+std::string fromUtf16(std::string_view bytes, bool bigEndian) {
+    const auto unitAt = [&](std::size_t at) {
+        const std::uint32_t first = static_cast<unsigned char>(bytes[at]);
+        const std::uint32_t second = static_cast<unsigned char>(bytes[at + 1]);
+        return bigEndian ? (first << 8U) | second : (second << 8U) | first;
+    };
+    std::string text;
+    for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+        std::uint32_t code = unitAt(at);
+        const bool high = (code & 0xFC00U) == 0xD800;
+        if (high && at + 3 < bytes.size() && (unitAt(at + 2) & 0xFC00U) == 0xDC00) {
+            at += 2;
+            code = 0x10000 + ((code & 0x3FFU) << 10U) + (unitAt(at) & 0x3FFU);
+        }
+        appendUtf8(code, text);
+    }
+    return text;
+}
+
+// A run of digits or a run of letters of a date.
+struct DatePart {
+    char before = 0;  // the sign in front of it
+    std::string_view text;
+    int number = -1;  // of digits
+};
+
+int smallNumber(std::string_view digits) {
+    constexpr std::size_t widest = 9;
+    int number = -1;
+    std::from_chars(digits.data(), digits.data() + std::min(digits.size(), widest), number);
+    return number;
+}
+
+std::vector<DatePart> datePartsOf(std::string_view text) {
+    constexpr std::size_t most = 12;
+    std::vector<DatePart> parts;
+    std::size_t at = 0;
+    while (at < text.size() && parts.size() < most) {
+        const bool digits = isDigit(text[at]);
+        if (!digits && !isLetter(text[at])) {
+            ++at;
+            continue;
+        }
+        const std::size_t begin = at;
+        while (at < text.size() && (digits ? isDigit(text[at]) : isLetter(text[at])))
+            ++at;
+        const std::string_view part = text.substr(begin, at - begin);
+        parts.push_back({.before = begin == 0 ? '\0' : text[begin - 1],
+                         .text = part,
+                         .number = digits ? smallNumber(part) : -1});
+    }
+    return parts;
+}
+
+int monthNamed(std::string_view name) {
+    const auto* const found = std::ranges::find_if(
+        monthNames, [&](std::string_view month) { return equalIgnoringCase(name, month); });
+    return found == monthNames.end() ? -1 : static_cast<int>(found - monthNames.begin()) + 1;
+}
+
+int fullYear(const DatePart& part) {
+    constexpr int firstOfThe1900s = 80;
+    if (part.text.size() > 2)
+        return part.number;
+    return part.number + (part.number >= firstOfThe1900s ? 1900 : 2000);
+}
+
+void takeDay(std::span<const DatePart> parts, DateOrder order, LocalTime& time) {
+    constexpr int months = 12;
+    if (parts[0].text.size() == 4) {
+        time.year = parts[0].number;
+        time.month = parts[1].number;
+        time.day = parts[2].number;
+        return;
+    }
+    time.year = fullYear(parts[2]);
+    time.day = parts[0].number;
+    if (parts[1].number < 0) {
+        time.month = monthNamed(parts[1].text);
+        return;
+    }
+    time.month = parts[1].number;
+    const bool monthFirst = parts[1].before != '.' && order == DateOrder::MonthFirst;
+    if (monthFirst ? time.day <= months : time.month > months)
+        std::swap(time.day, time.month);
+}
+
+void takeTimeOfDay(std::span<const DatePart> parts, LocalTime& time) {
+    constexpr int noon = 12;
+    const std::array<int*, 3> fields = {&time.hour, &time.minute, &time.second};
+    std::size_t field = 0;
+    for (const DatePart& part : parts) {
+        const bool afternoon = equalIgnoringCase(part.text, "PM");
+        if (part.number >= 0 && field < fields.size())
+            *fields[field++] = part.number;
+        else if (afternoon || equalIgnoringCase(part.text, "AM"))
+            time.hour = time.hour % noon + (afternoon ? noon : 0);
+    }
+}
+
+}  // namespace
+
+std::string textOf(std::string_view bytes) {
+    if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
+        return fromUtf16(bytes.substr(2), bytes.front() == '\xFE');
+    return std::string(bytes.starts_with("\xEF\xBB\xBF") ? bytes.substr(3) : bytes);
+}
+
+std::string_view trimSpace(std::string_view text) {
+    const std::size_t begin = std::min(text.find_first_not_of(space), text.size());
+    const std::size_t last = text.find_last_not_of(space);
+    return last == std::string_view::npos ? std::string_view()
+                                          : text.substr(begin, last + 1 - begin);
+}
+
+bool TextLines::next(std::string_view& line) {
+    if (rest_.empty())
+        return false;
+    const std::size_t end = std::min(rest_.find_first_of("\r\n"), rest_.size());
+    line = trimSpace(rest_.substr(0, end));
+    const bool two = rest_.substr(end).starts_with("\r\n");
+    rest_.remove_prefix(std::min(end + (two ? 2 : 1), rest_.size()));
+    ++number_;
+    return true;
+}
+
+std::string TextLines::place() const {
+    return "Line " + std::to_string(number_) + ": ";
+}
+
+std::string_view takeWord(std::string_view& text) {
+    text.remove_prefix(std::min(text.find_first_not_of(betweenWords), text.size()));
+    const std::string_view word = text.substr(0, text.find_first_of(betweenWords));
+    text.remove_prefix(word.size());
+    return word;
+}
+
+std::optional<double> numberIn(std::string_view word) {
+    if (word.starts_with('+'))
+        word.remove_prefix(1);
+    double number = 0;
+    const char* const end = word.data() + word.size();
+    const auto [stop, error] = std::from_chars(word.data(), end, number);
+    if (error != std::errc() || stop != end || !std::isfinite(number))
+        return std::nullopt;
+    return number;
+}
+
+std::optional<std::vector<double>> numbersIn(std::string_view text) {
+    std::vector<double> numbers;
+    for (std::string_view word = takeWord(text); !word.empty(); word = takeWord(text)) {
+        const std::optional<double> number = numberIn(word);
+        if (!number)
+            return std::nullopt;
+        numbers.push_back(*number);
+    }
+    return numbers;
+}
+
+bool isPossible(const LocalTime& time) {
+    using namespace std::chrono;
+    const year_month_day date(year(time.year), month(static_cast<unsigned>(time.month)),
+                              day(static_cast<unsigned>(time.day)));
+    return time.year >= 1900 && time.year < 2100 && time.month > 0 && time.day > 0 && date.ok() &&
+           time.hour < 24 && time.minute < 60 && time.second < 60;
+}
+
+std::optional<LocalTime> dateIn(std::string_view text, DateOrder order) {
+    const std::vector<DatePart> parts = datePartsOf(text);
+    if (parts.size() < 3)
+        return std::nullopt;
+    LocalTime time;
+    takeDay(std::span(parts).first(3), order, time);
+    takeTimeOfDay(std::span(parts).subspan(3), time);
+    return isPossible(time) ? std::optional(time) : std::nullopt;
+}
+
+void appendCount(std::string_view word, const std::string& place, std::vector<double>& counts) {
+    const std::optional<double> count = numberIn(word);
+    if (!count)
+        throw FormatError(place + "Counts expected, found \"" + std::string(word.substr(0, 40)) +
+                          "\".");
+    counts.push_back(*count);
+    checkedChannelCount(static_cast<double>(counts.size()), place);
+}
+
+}  // namespace kestrel

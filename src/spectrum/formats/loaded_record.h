@@ -1,0 +1,23 @@
+// How a spectrum of an exchange format becomes the loaded one.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "spectrum/formats/measured_spectrum.h"
+#include "spectrum/spectrum.h"
+
+namespace kestrel {
+
+// How many neighbouring channels must be added so that the spectrum fits into the loaded one: 1 as
+// a rule, else the lowest power of two.
+int channelsToGroup(const MeasuredSpectrum& spectrum);
+
+// Puts `measured` into `spectrum` as a reader would, with `group` channels added into one: times in
+// 20 ms ticks, real counts rounded with halves to even. Returns what a user must know of it, as
+// sentences. Faults: FormatError, before anything is written, where counts or times do not fit.
+std::vector<std::string> takeMeasured(const MeasuredSpectrum& measured, int group,
+                                      Spectrum& spectrum);
+
+}  // namespace kestrel

@@ -1,0 +1,14 @@
+#include "spectrum/formats/measured_spectrum.h"
+
+#include "base/number_text.h"
+
+namespace kestrel {
+
+std::size_t checkedChannelCount(double channels, const std::string& place) {
+    if (!(channels >= 1 && channels <= static_cast<double>(mostFileChannels)))
+        throw FormatError(place + "A spectrum has 1 to " + std::to_string(mostFileChannels) +
+                          " channels, not " + plainNumber(channels) + ".");
+    return static_cast<std::size_t>(channels);
+}
+
+}  // namespace kestrel
