@@ -132,6 +132,18 @@ Recordset NuclideDatabase::queryNuclide(std::string_view element, std::string_vi
     return query(nuclideQuery(element, massText, isomeric));
 }
 
+std::string NuclideDatabase::sourceOfState(std::int32_t id) {
+    try {
+        const Recordset source =
+            query("select src_name, src_date from src where src_nc = " + std::to_string(id));
+        return source.eof() || source.isNull("src_name")
+                   ? std::string()
+                   : source.text("src_name") + " of " + source.text("src_date");
+    } catch (const DatabaseError&) {
+        return {};
+    }
+}
+
 Recordset NuclideDatabase::queryLinesOfNuclides(std::span<const std::int32_t> ids) {
     return query(linesOfNuclidesQuery(ids));
 }

@@ -41,6 +41,10 @@ class NuclideDatabase {
     Recordset& queryEnergyWindow(double low, double high);
     Recordset queryGammaLines(double centre);
     Recordset queryNuclide(std::string_view element, std::string_view massText, bool isomeric);
+    // Where the gamma lines of a state come from, as "ENSDF of 2023-09-01". Empty where the
+    // database does not tell: only the one that comes with the program has this table. Raises
+    // nothing.
+    std::string sourceOfState(std::int32_t id);
     Recordset queryLinesOfNuclides(std::span<const std::int32_t> ids);
 
   private:

@@ -78,6 +78,8 @@ void Form12::showData() {
     for (const std::string& line : shown.summary)
         List1->addItem(toSigns(line));
     Text1->setText(toWindow(shown.updateText));
+    Text1->setToolTip(
+        shown.source.empty() ? QString() : QStringLiteral("Gamma lines: ") + toSigns(shown.source));
     MSFlexGrid1->setFormat(nuclideListFormat);
     std::vector<GridRow> rows;
     for (const NuclideRow& line : shown.rows)

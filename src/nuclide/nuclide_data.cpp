@@ -89,6 +89,7 @@ void summarise(NuclideData& data, const std::string& key, const States& states) 
     data.summary = {"Nuclide    : " + key, "Half Life  : " + states.halfLife,
                     "Decay Mode : " + states.decayModes};
     data.updateText = "Update : " + states.updated;
+    data.source.clear();
 }
 
 // True when the state is in the database.
@@ -104,6 +105,7 @@ bool lookUp(NuclideData& data, const std::string& key, const std::string& marigo
     summarise(data, key, states);
     if (states.count == 0)
         return false;
+    data.source = database.sourceOfState(states.ids[0]);
     const auto count = static_cast<std::int64_t>(states.count);
     data.rows = readLines(database.queryLinesOfNuclides(states.ids.span(0, count)));
     return true;

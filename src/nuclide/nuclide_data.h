@@ -27,6 +27,7 @@ struct NuclideData {
     std::string lastShown;  // key of the last lookup
     std::array<std::string, 3> summary;
     std::string updateText = "Update:";
+    std::string source;  // of the gamma lines, with its date; empty where the database has none
     std::vector<NuclideRow> rows;  // below the heading; two empty ones for an unknown nuclide
     std::string failedFolder;      // of a database that could not be used at the last lookup
     bool failed = false;

@@ -249,6 +249,20 @@ TEST_F(MadeDatabase, GivesUpAQueryThatWouldNotEnd) {
     }
 }
 
+TEST(NuclideDatabase, TellsTheSourceOfAStateWhereItHasOne) {
+    NuclideDatabase built = test::nuclideDatabase();
+    built.open(KESTREL_NUCLIDE_DATA);
+    const auto sourceOf = [&](const char* element, const char* mass, bool isomeric) {
+        return built.sourceOfState(built.queryNuclide(element, mass, isomeric).whole("nc_id"));
+    };
+    EXPECT_EQ(sourceOf("Co", " 60", false), "ENSDF of 2023-09-01");
+    EXPECT_EQ(sourceOf("Ba", "137", true), "ENDF/B-VIII.1 of 2024-08-30");
+    EXPECT_EQ(built.sourceOfState(-1), "");
+    NuclideDatabase own = test::nuclideDatabase();
+    own.open(KESTREL_TEST_DATA "/jet");
+    EXPECT_EQ(own.sourceOfState(1), "");
+}
+
 // To read a file in this mode the library would make two more beside it.
 TEST_F(MadeDatabase, IsReadWithoutATraceWhateverItsJournal) {
     test::writeDatabase(folder, test::oneLine());

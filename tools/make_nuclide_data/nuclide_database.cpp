@@ -22,6 +22,7 @@ create table nc (nc_id integer primary key, nc_z integer, nc_a integer, nc_i_num
     nc_1st_br real, nc_eng_update text);
 create table eng (eng_nc integer, eng_gam_num integer, eng_eng real, eng_br real,
     eng_rad text collate nocase, eng_raddef text collate nocase, eng_dmode text collate nocase);
+create table src (src_nc integer primary key, src_name text, src_date text);
 create view q_eng_order_id as
     select eng.eng_eng, eng.eng_rad, eng.eng_br, eng.eng_raddef, nc.nc_a, nc.nc_z, nc.nc_dmode,
         elm.elm_name, nc.nc_i_num, nc.nc_hl, nc.nc_tsec, nc.nc_1st_br_eng, nc.nc_1st_br
@@ -93,6 +94,15 @@ class Writer {
     std::shared_ptr<sqlite3_stmt> insert_;
 };
 
+// Each source has one date.
+std::string sourceOf(const std::string& date) {
+    if (date == "2023-09-01")
+        return "ENSDF";
+    if (date == "2024-08-30")
+        return "ENDF/B-VIII.1";
+    return {};
+}
+
 void fill(Writer& writer, const NuclideTables& tables) {
     std::map<std::int32_t, std::string> elements;
     writer.prepareInsert("insert into nc values (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
@@ -103,6 +113,9 @@ void fill(Writer& writer, const NuclideTables& tables) {
         writer.insert({n.id, n.z, n.a, n.isomer, n.decayModes, n.halfLife, n.halfLifeSeconds,
                        n.strongestEnergy, n.strongestIntensity, n.updated});
     }
+    writer.prepareInsert("insert into src values (?, ?, ?)");
+    for (const NuclideEntry& n : tables.nuclides)
+        writer.insert({n.id, sourceOf(n.updated), n.updated});
     writer.prepareInsert("insert into elm values (?, ?)");
     for (const auto& [z, name] : elements)
         writer.insert({z, name});
