@@ -1,6 +1,7 @@
 #include "base/text.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace kestrel {
 namespace {
@@ -33,6 +34,14 @@ std::size_t findBySign(std::string_view text, std::string_view part, std::size_t
     return std::string_view::npos;
 }
 
+bool isNumber(std::string_view text) {
+    if (text.starts_with('+'))
+        text.remove_prefix(1);
+    double value = 0;
+    const char* const end = text.data() + text.size();
+    return std::from_chars(text.data(), end, value).ptr == end;
+}
+
 // std::string_view::npos becomes 0.
 std::size_t countedFromOne(std::size_t index) {
     return index + 1;
@@ -57,6 +66,13 @@ std::string withoutControls(std::string_view text) {
     std::string result(text);
     std::ranges::replace_if(result, isControl, ' ');
     return result;
+}
+
+std::string tableField(std::string_view text) {
+    const std::string field = withoutControls(text);
+    const std::string_view content = trimBlanks(field);
+    const bool signInFront = positionOfAny(content.substr(0, 1), "=+-@") == 1;
+    return signInFront && content.size() > 1 && !isNumber(content) ? "'" + field : field;
 }
 
 std::string_view upToNul(std::string_view text) {

@@ -15,6 +15,10 @@ std::string_view trimBlanks(std::string_view text);
 // end of a name or a comment would begin a line of its own there.
 std::string withoutControls(std::string_view text);
 
+// The same as a field of a table for other programs: where they would take it for a formula, which
+// may run or fetch something, an apostrophe stands in front. Numbers stay numbers.
+std::string tableField(std::string_view text);
+
 // The characters before the first one of code 0.
 std::string_view upToNul(std::string_view text);
 

@@ -18,6 +18,14 @@ TEST(Trimming, RemovesBlanksOnlyAndOnlyAtTheEnds) {
     EXPECT_EQ(trimBlanks(""), "");
 }
 
+TEST(TableField, IsNoFormulaAndOneFieldOfOneLine) {
+    for (const char* same : {"", "-", "Cs-137g", "-1.5E-3", "+3", "  -12.0", "1=2"})
+        EXPECT_EQ(tableField(same), same);
+    for (const char* formula : {"=1+1", "@SUM(A1)", "+1+A1", "-1+A1", " =1", "--1"})
+        EXPECT_EQ(tableField(formula), "'" + std::string(formula));
+    EXPECT_EQ(tableField("\t=a\r\nb\x7F"), "' =a  b ");
+}
+
 TEST(LetterCase, IsThatOfAToZAndLeavesOtherBytesAlone) {
     EXPECT_EQ(toUpper("az{`\xE4"), "AZ{`\xE4");
     EXPECT_EQ(toLower("AZ[@\xC4"), "az[@\xC4");

@@ -31,7 +31,7 @@ struct PrintoutTest : testing::Test {
         spectrum->filePath = "/data/SPEC.CHN";
         spectrum->startDate.assign("16NOV261");
         spectrum->startTime.assign("101530");
-        spectrum->comment.assign("pool water");
+        spectrum->comment.assign("pool\nwater");
         spectrum->liveTime = 600;
         spectrum->mcaNumber = 2;
         spectrum->segmentNumber = 3;

@@ -8,6 +8,7 @@
 
 #include "base/palette.h"
 #include "base/qt/fonts.h"
+#include "base/qt/grid.h"
 #include "base/qt/outside_paths.h"
 #include "base/qt/painter_canvas.h"
 #include "base/qt/text_codec.h"
@@ -61,6 +62,19 @@ TEST(OutsidePaths, MayBeRelativeOrAUrl) {
     };
     for (const auto& [argument, path] : cases)
         EXPECT_EQ(fullPathOf(argument), path) << argument;
+}
+
+TEST(GridRows, ShowAndCopyWhatADatabaseHoldsAsTexts) {
+    Grid grid(standardPalette, nullptr);
+    grid.setFormat(">|<Nuclide|>Energy");
+    grid.setRows({{{"Cs\x1B\n=1"}, {"  -1.5"}}, {{"=A1\t=B1"}, {"2"}}});
+    EXPECT_FALSE(grid.text(1, 1).contains(QChar(0x1B)));
+    grid.selectAll();
+    const QStringList rows = grid.selectedText().split('\n');
+    ASSERT_EQ(rows.size(), 3);
+    EXPECT_EQ(rows[0].section('\t', 1), "  -1.5");
+    EXPECT_TRUE(rows[1].startsWith("'=A1"));
+    EXPECT_EQ(rows[1].section('\t', 1), "2");
 }
 
 TEST(VirtualKeys, TranslateKeysAndShiftStates) {

@@ -12,6 +12,7 @@
 #include "base/qt/fonts.h"
 #include "base/qt/text_codec.h"
 #include "base/qt/virtual_keys.h"
+#include "base/text.h"
 
 namespace kestrel {
 namespace {
@@ -31,6 +32,10 @@ class ColouredCells : public QStyledItemDelegate {
             option->state &= ~QStyle::State_Selected;
     }
 };
+
+QString asField(const QString& text) {
+    return QString::fromStdString(tableField(text.toStdString()));
+}
 
 std::vector<GridModel::Column> columnsOf(std::string_view format) {
     std::vector<GridModel::Column> columns;
@@ -77,7 +82,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
     const bool filled = column < row.size();
     switch (role) {
         case Qt::DisplayRole:
-            return filled ? toWindow(row[column].text) : QString();
+            return filled ? toSigns(row[column].text) : QString();
         case Qt::TextAlignmentRole:
             return QVariant(columns_[column].alignment);
         case Qt::BackgroundRole:
@@ -159,7 +164,7 @@ QString Grid::selectedText() const {
     for (const QModelIndex& row : rows) {
         QStringList fields;
         for (int column = 0; column < model_->columnCount(); ++column)
-            fields += row.siblingAtColumn(column).data().toString();
+            fields += asField(row.siblingAtColumn(column).data().toString());
         lines += fields.join(QLatin1Char('\t')) + QLatin1Char('\n');
     }
     return lines;

@@ -61,7 +61,7 @@ class Grid : public QTableView {
     int currentRow() const { return currentIndex().row() + 1; }
     QString text(int row, int column) const;
 
-    // The selected rows as lines of tab-separated texts.
+    // The selected rows as lines of tab-separated fields.
     QString selectedText() const;
 
   signals:

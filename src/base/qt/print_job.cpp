@@ -113,7 +113,7 @@ PageLayout toPageLayout(const QPageLayout& layout) {
 }
 
 std::unique_ptr<PrintJob> beginPrintJob(QPrinter& printer, const std::string& documentName) {
-    const QString title = toWindow(documentName);
+    const QString title = toSigns(documentName);
     if (printer.outputFormat() == QPrinter::PdfFormat)
         return std::make_unique<PdfJob>(printer.outputFileName(), printer.pageLayout(), title);
     printer.setDocName(title);

@@ -182,7 +182,7 @@ PageLayout QtDialogs::pageLayout() {
 std::unique_ptr<PrintJob> QtDialogs::print(const std::string& documentName) {
     const std::string name = documentName.empty() ? applicationTitle : documentName;
     // The dialog proposes a file of this name for a PDF.
-    printer().setDocName(toWindow(name));
+    printer().setDocName(toSigns(name));
     if (printer().outputFormat() == QPrinter::PdfFormat)
         printer().setOutputFileName(QDir::current().filePath(toWindow(name + ".pdf")));
     QPrintDialog dialog(&printer(), QApplication::activeWindow());
