@@ -1,5 +1,7 @@
 #include "app/form2.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -86,8 +88,12 @@ void Form2::placeControls() {
     column->addWidget(Picture1, 1);
     column->addLayout(row);
     setCentralWidget(central);
-    // Smaller than this the texts of the plot would be cut or overlap.
-    Picture1->setMinimumSize(700, 320);
+    // Smaller than this the texts of the plot would be cut or overlap. On a screen without that
+    // room the buttons and the status line come first.
+    const QSize room = screen()->availableSize() - QSize(30, 120);
+    Picture1->setMinimumSize(QSize(700, 320).boundedTo(room));
+    const int besideStatus = row->minimumSize().width() - Text1->minimumWidth();
+    Text1->setMinimumWidth(std::min(Text1->minimumWidth(), room.width() - besideStatus));
     resize(QSize(1100, 740).boundedTo(screen()->availableSize()));
 }
 

@@ -5,7 +5,8 @@
 #include "base/qt/kestrel_application.h"
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // On a screen that no window of the tests is larger than.
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" KESTREL_TEST_SCREEN);
     testing::InitGoogleTest(&argc, argv);
     const kestrel::KestrelApplication application(argc, argv);
     return RUN_ALL_TESTS();

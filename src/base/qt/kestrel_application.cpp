@@ -6,6 +6,7 @@
 #include <QLabel>
 
 #include "base/qt/fonts.h"
+#include "base/qt/placement.h"
 
 namespace kestrel {
 KestrelApplication::KestrelApplication(int& argc, char** argv) : QApplication(argc, argv) {
@@ -24,11 +25,21 @@ void keepPlain(QObject* receiver) {
         label->setTextFormat(Qt::PlainText);
 }
 
+void keepWhole(QObject* receiver) {
+    auto* window = qobject_cast<QWidget*>(receiver);
+    const bool framed = window != nullptr &&
+                        (window->windowType() == Qt::Window || window->windowType() == Qt::Dialog);
+    if (framed)
+        keepOnScreen(*window);
+}
+
 }  // namespace
 
 bool KestrelApplication::notify(QObject* receiver, QEvent* event) {
     if (event->type() == QEvent::Polish)
         keepPlain(receiver);
+    if (event->type() == QEvent::Show && !event->spontaneous())
+        keepWhole(receiver);
     const bool layingOut = event->type() == QEvent::Resize || event->type() == QEvent::Show;
     try {
         return QApplication::notify(receiver, event);

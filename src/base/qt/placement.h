@@ -14,6 +14,10 @@ inline constexpr int narrowestPlacement = 1000;
 
 WindowPlacement placementOf(const QWidget& window);
 
+// Once the window has got its frame, which is not known before it is shown: makes it smaller and
+// moves it so that the whole of it lies on its screen. To be called when it is shown.
+void keepOnScreen(QWidget& window);
+
 // Moves and sizes the window. One that would lie on no screen any more is brought onto the nearest,
 // and none is made larger than its screen.
 void place(QWidget& window, const WindowPlacement& placement);
