@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "spectrum/chn_reader.h"
 #include "spectrum/derived_arrays.h"
+#include "spectrum/formats/chn_reader.h"
 #include "spectrum/spectrum.h"
 
 namespace {

@@ -14,11 +14,11 @@
 #include "base/input_file.h"
 #include "make_samples/text_writers.h"
 #include "silent_dialogs.h"
-#include "spectrum/canberra35_reader.h"
-#include "spectrum/chn_reader.h"
-#include "spectrum/dos_oxford_reader.h"
+#include "spectrum/formats/canberra35_reader.h"
+#include "spectrum/formats/chn_reader.h"
+#include "spectrum/formats/dos_oxford_reader.h"
+#include "spectrum/formats/win_oxford_reader.h"
 #include "spectrum/open_spectrum.h"
-#include "spectrum/win_oxford_reader.h"
 
 namespace {
 

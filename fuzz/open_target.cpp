@@ -8,6 +8,7 @@
 #include "fuzz_input.h"
 #include "spectrum/csv_export.h"
 #include "spectrum/data_information.h"
+#include "spectrum/formats.h"
 #include "spectrum/open_spectrum.h"
 #include "view/status_text.h"
 
@@ -42,10 +43,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace kestrel::fuzz;
     static const auto session = std::make_unique<Session>();
     session->spectrum = {};
-    session->spectrum.filePath = writeFile("input.chn.asc.dat.txt", asText(data, size));
+    constexpr auto id = kestrel::FormatId::KESTREL_FORMAT;
+    session->spectrum.filePath =
+        writeFile("input" + std::string(kestrel::formatOf(id).ending), asText(data, size));
     try {
         if (kestrel::readSpectrumByFormat(
-                KESTREL_FILTER, {session->spectrum, session->derived, session->headerLines},
+                static_cast<int>(id), {session->spectrum, session->derived, session->headerLines},
                 session->dialogs))
             useSpectrum(*session);
     } catch (const kestrel::RuntimeFault&) {

@@ -13,7 +13,7 @@ namespace {
 void readAs(FormatId id, const std::string& contents, bool mustLoad) {
     static const auto spectrum = std::make_unique<Spectrum>();
     InputFile file(writeFile("input", contents));
-    const ReadResult result = kestrel::readAs(*formatOf(static_cast<int>(id)), file, *spectrum);
+    const ReadResult result = kestrel::readAs(formatOf(id), file, *spectrum);
     require(result.end == Reading::Loaded || !mustLoad);
     formatStartDate(spectrum->startDate);
 }

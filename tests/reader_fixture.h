@@ -17,7 +17,7 @@ namespace kestrel::test {
 
 class ReaderTest : public testing::Test {
   protected:
-    explicit ReaderTest(FormatId id) : format(formatOf(static_cast<int>(id))) {}
+    explicit ReaderTest(FormatId id) : format(&formatOf(id)) {}
 
     // Raises the fault with which a reading failed.
     bool read(std::string_view bytes) { return readPath(folder.write("file", bytes)); }

@@ -2,7 +2,7 @@
 // it carries, and its reader.
 #pragma once
 
-#include <array>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -12,7 +12,8 @@
 
 namespace kestrel {
 
-// The entries of the open dialog, counted from 1.
+// Up to AllFiles the entries of the open dialog, counted from 1. Formats that the dialog does not
+// offer follow.
 enum class FormatId : int {
     Chn = 1,
     WinOxford,
@@ -24,6 +25,12 @@ enum class FormatId : int {
     AllFiles,
 };
 
+// Lines: text whose line ends may be any. Fields: text at fixed places.
+enum class Layout { Binary, Lines, Fields };
+enum class StartOf { None, Minute, Second };
+// What comes into calCurrent: the coefficients of the file, 1 keV a channel, or the user's.
+enum class CalibrationOf { File, OneKeV, User };
+
 struct SpectrumFormat {
     FormatId id{};
     const char* name = "";
@@ -32,29 +39,40 @@ struct SpectrumFormat {
     std::string_view ending = {};
     // None: files of this entry cannot be read.
     ReadResult (*read)(InputFile& file, Spectrum& spectrum) = nullptr;
-    // The text by which a file is known among those of its ending. The last format of an ending is
-    // taken for those that no other knows, and needs none.
-    std::string_view mark = {};
+    // Knows the format's files among those of the same ending. None: takes those that no other
+    // knows.
+    bool (*recognises)(InputFile& file) = nullptr;
     // A missing file gets a message of its own, and is refused.
     bool saysThatFileIsMissing = false;
-    // A file that cannot be opened is refused, where that is a fault as a rule.
-    bool refusesUnreadable = false;
-    // What files of the format speak of.
-    bool start = true;
+    // How the counts stand in the file is not known: every file is refused, also one that cannot be
+    // opened.
+    bool refusesAll = false;
+
+    // What files of the format carry.
+    Layout layout = Layout::Binary;
+    StartOf start = StartOf::Second;
     bool description = true;
-    bool calibration = true;
+    CalibrationOf calibration = CalibrationOf::File;
+    // The times, in whole seconds, stand in the places of channels 0 and 1.
+    bool timesInChannels = false;
 };
 
-// In the order of the open dialog.
-const std::array<SpectrumFormat, 8>& spectrumFormats();
+// Every format, each at the place of its FormatId - 1.
+std::span<const SpectrumFormat> spectrumFormats();
+const SpectrumFormat& formatOf(FormatId id);
 
-// The format of an entry of the open dialog; null outside 1 to 8.
-const SpectrumFormat* formatOf(int filterIndex);
+// Those that the open dialog offers, in its order.
+std::span<const SpectrumFormat> dialogFormats();
+// The format of an entry of the dialog, counted from 1; null outside it.
+const SpectrumFormat* formatOfEntry(int filterIndex);
 
-// The format of a file by the ending of its name and, where formats share it, by their marks; null
-// where no format has such names. A file that is not there is left to the first of its ending,
-// which says so. Faults: those of InputFile.
+// The format of a file by the ending of its name and, where formats share it, by what is in the
+// file; null where no format has such names. A file that is not there is left to the first of its
+// ending, which says so. Faults: those of InputFile.
 const SpectrumFormat* formatForName(const std::string& path);
+
+// The endings that formatForName knows, as ".a, .b or .c".
+std::string knownEndings();
 
 // Blanks what the format does not speak of, and reads the file with the format's reader, which must
 // exist. Times are in 20 ms ticks. Whatever ends the reading, what was read by then stays in

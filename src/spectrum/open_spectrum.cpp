@@ -16,7 +16,7 @@ namespace {
 
 FileDialog openDialog(const std::string& folder, int filterIndex) {
     FileDialog dialog{.title = "Open", .filters = {}, .filterIndex = filterIndex, .folder = folder};
-    for (const SpectrumFormat& format : spectrumFormats())
+    for (const SpectrumFormat& format : dialogFormats())
         dialog.filters.push_back({format.name, format.pattern});
     return dialog;
 }
@@ -36,7 +36,7 @@ OpenResult openChosenFile(const FileChoice& choice, const OpenTarget& target,
 // start time as text, and what its format does not speak of as it was.
 void leaveRemains(const SpectrumFormat& format, const Spectrum& before, Spectrum& spectrum) {
     spectrum.startTime.assignFromFile(std::string(spectrum.startTime.view()));
-    if (!format.start) {
+    if (format.start == StartOf::None) {
         spectrum.startDate = before.startDate;
         spectrum.startTime = before.startTime;
         spectrum.startSecondsRaw = before.startSecondsRaw;
@@ -46,7 +46,7 @@ void leaveRemains(const SpectrumFormat& format, const Spectrum& before, Spectrum
         spectrum.chnTrailer.sample = before.chnTrailer.sample;
         spectrum.chnTrailer.sampleLength = before.chnTrailer.sampleLength;
     }
-    if (!format.calibration)
+    if (format.calibration == CalibrationOf::User)
         spectrum.calCurrent = before.calCurrent;
 }
 
@@ -70,7 +70,7 @@ ReadResult readOrRefuse(const SpectrumFormat& format, Spectrum& spectrum, Dialog
     try {
         return readPath(format, spectrum);
     } catch (const RuntimeFault&) {
-        if (!format.refusesUnreadable)
+        if (!format.refusesAll)
             throw;
         return refused("The file cannot be read.");
     }
@@ -78,7 +78,7 @@ ReadResult readOrRefuse(const SpectrumFormat& format, Spectrum& spectrum, Dialog
 
 // Of a filter entry that may be none, and of a file whose name need not fit it.
 ReadResult readWithFilter(int filterIndex, Spectrum& spectrum, Dialogs& dialogs) {
-    const SpectrumFormat* const format = formatOf(filterIndex);
+    const SpectrumFormat* const format = formatOfEntry(filterIndex);
     if (format == nullptr || format->read == nullptr)
         return refused("The file type that was chosen has no reader.");
     if (!containsIgnoringCase(spectrum.filePath, format->ending))
@@ -101,8 +101,8 @@ OpenResult openSpectrumPath(const std::string& path, const OpenTarget& target,
                             std::string& lastDirectory, int& lastFilterIndex, Dialogs& dialogs) {
     const SpectrumFormat* const format = formatForName(path);
     if (format == nullptr) {
-        dialogs.message({.text = "This is no spectrum file by its name, which must end in\n"
-                                 ".chn, .asc, .dat or .txt.",
+        dialogs.message({.text = "This is no spectrum file by its name, which must end in\n" +
+                                 knownEndings() + ".",
                          .details = path});
         return OpenResult::Refused;
     }

@@ -3,7 +3,7 @@
 #include "chn_bytes.h"
 #include "reader_fixture.h"
 #include "scripted_dialogs.h"
-#include "spectrum/chn_reader.h"
+#include "spectrum/formats/chn_reader.h"
 
 namespace kestrel {
 namespace {

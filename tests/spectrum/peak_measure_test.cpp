@@ -15,8 +15,8 @@
 #include "fault_matcher.h"
 #include "make_samples/gamma_lines.h"
 #include "make_samples/spectrum_maker.h"
-#include "spectrum/chn_reader.h"
 #include "spectrum/energy_calibration.h"
+#include "spectrum/formats/chn_reader.h"
 
 namespace kestrel {
 namespace {

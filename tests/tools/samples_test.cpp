@@ -9,7 +9,7 @@
 
 #include "make_samples/poisson.h"
 #include "make_samples/spectrum_maker.h"
-#include "spectrum/chn_reader.h"
+#include "spectrum/formats/chn_reader.h"
 #include "temp_folder.h"
 
 namespace kestrel::samples {

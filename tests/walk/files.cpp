@@ -4,7 +4,9 @@
 
 #include <filesystem>
 #include <fstream>
-#include <utility>
+#include <set>
+
+#include "spectrum/formats.h"
 
 namespace kestrel::walk {
 namespace {
@@ -17,15 +19,6 @@ constexpr const char* outputs[] = {"results/a.csv", "results/b.csv", "results/pr
                                    "results",       "not there/a",   "results/c.chn"};
 constexpr const char* oddSpectra[] = {"in/not there.chn", "in/not there.txt", "in/pipe.chn", "in"};
 constexpr const char* extensions[] = {"", "", "", "", ".chn", ".ASC", ".dat", ".Txt"};
-constexpr std::pair<const char*, int> samples[] = {{"eu152-co60-cs137-1024.chn", 1},
-                                                   {"eu152-co60-cs137-4096.chn", 1},
-                                                   {"eu152-co60-cs137-16384.chn", 1},
-                                                   {"environmental-8192.chn", 1},
-                                                   {"empty-4096.chn", 1},
-                                                   {"eu152-co60-cs137-4096-windows.asc", 2},
-                                                   {"eu152-co60-cs137-4096-dos.asc", 3},
-                                                   {"eu152-co60-cs137-4096-series35.txt", 6},
-                                                   {"eu152-co60-cs137-4096-e560.txt", 7}};
 constexpr const char* texts[] = {"",       "0",      "1",           "100",  "661.66", "1332.5",
                                  "4095",   "16384",  "32767",       "-1",   "1e400",  "1e-400",
                                  "70000",  "-32769", "Cs137",       "Co60", "Eu152",  "TOT",
@@ -47,9 +40,14 @@ Files::Files(Random& random) : random_(random) {
     folder_.write("list/eng_list/all_nucl.elf", list);
     mkfifo(folder_.file("in/pipe.chn").c_str(), 0600);
     fs::permissions(folder_.write("results/protected.csv", "old"), fs::perms::owner_read);
-    for (const auto& [name, filter] : samples)
-        samples_.push_back(
-            {name, filter, test::contentsOf(std::string(KESTREL_SAMPLES "/") + name)});
+    // Sorted, so that a seed gives the same walk everywhere.
+    const std::set<fs::path> paths(fs::directory_iterator{KESTREL_SAMPLES},
+                                   fs::directory_iterator{});
+    for (const fs::path& path : paths) {
+        if (const SpectrumFormat* format = formatForName(path.string()))
+            samples_.push_back({path.filename().string(), static_cast<int>(format->id),
+                                test::contentsOf(path.string())});
+    }
     samples_.push_back({"labo.dat", 4, "Laboratory Equipment" + std::string(9000, '\3')});
     fs::current_path(folder_.file("in"));
 }

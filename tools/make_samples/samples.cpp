@@ -1,6 +1,7 @@
 #include "make_samples/samples.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -70,25 +71,44 @@ std::string empty() {
                    ChnKind::Trailered);
 }
 
+std::string trailered(const Spectrum& spectrum) {
+    return chnFile(spectrum, ChnKind::Trailered);
+}
+
+constexpr auto writers = std::to_array<SampleWriter>({
+    {FormatId::Chn, ".chn", trailered},
+    {FormatId::WinOxford, "-windows.asc", winOxfordFile},
+    {FormatId::DosOxford, "-dos.asc", dosOxfordFile},
+    {FormatId::Canberra35, "-series35.txt", canberra35File},
+    {FormatId::NaigE560, "-e560.txt", naigE560File},
+});
+
 }  // namespace
+
+std::span<const SampleWriter> sampleWriters() {
+    return writers;
+}
+
+std::string commonSample(const SampleWriter& writer) {
+    return std::string("eu152-co60-cs137-4096") + writer.nameEnd;
+}
 
 // The calibrations are floats, as the files of kind 3 hold them: peaks must lie where those say.
 std::vector<SampleFile> sampleFiles() {
-    // One measurement in every form, so that the readers can be compared.
     const auto common = threeNuclides(4096, {-0.35F, 0.4995F, 2e-8F}, 1);
-    return {
-        {"eu152-co60-cs137-4096.chn", chnFile(*common, ChnKind::Trailered)},
-        {"eu152-co60-cs137-4096-windows.asc", winOxfordFile(*common)},
-        {"eu152-co60-cs137-4096-dos.asc", dosOxfordFile(*common)},
-        {"eu152-co60-cs137-4096-series35.txt", canberra35File(*common)},
-        {"eu152-co60-cs137-4096-e560.txt", naigE560File(*common)},
+    std::vector<SampleFile> files;
+    for (const SampleWriter& writer : writers)
+        files.push_back({commonSample(writer), writer.write(*common)});
+    const SampleFile others[] = {
         {"eu152-co60-cs137-16384.chn",
-         chnFile(*threeNuclides(16384, {-0.35F, 0.124875F, 1.25e-9F}, 2), ChnKind::Trailered)},
+         trailered(*threeNuclides(16384, {-0.35F, 0.124875F, 1.25e-9F}, 2))},
         {"environmental-8192.chn", environmental()},
         {"eu152-co60-cs137-1024.chn",
          chnFile(*threeNuclides(1024, {-0.35F, 1.5F, 0.0F}, 4), ChnKind::Plain)},
         {"empty-4096.chn", empty()},
     };
+    files.insert(files.end(), std::begin(others), std::end(others));
+    return files;
 }
 
 }  // namespace kestrel::samples

@@ -9,7 +9,7 @@
 #include "base/integers.h"
 #include "base/number_text.h"
 #include "spectrum/formats/energy_terms.h"
-#include "spectrum/text_spectrum.h"
+#include "spectrum/formats/text_spectrum.h"
 
 namespace kestrel {
 namespace {

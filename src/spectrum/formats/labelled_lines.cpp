@@ -1,4 +1,4 @@
-#include "spectrum/labelled_lines.h"
+#include "spectrum/formats/labelled_lines.h"
 
 #include <cstdint>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "spectrum/canberra35_reader.h"
+#include "spectrum/formats/canberra35_reader.h"
 
 #include <array>
 #include <cstddef>
@@ -10,12 +10,13 @@
 #include "base/integers.h"
 #include "base/number_text.h"
 #include "base/text.h"
-#include "spectrum/text_spectrum.h"
+#include "spectrum/formats/text_spectrum.h"
 
 namespace kestrel {
 namespace {
 
 constexpr std::int16_t canberra35Mca = 445;
+constexpr std::string_view mark = "SERIES 35+  V-2.00";
 constexpr std::string_view tableHeading = "CHANNEL#";
 constexpr int countsPerLine = 8;
 constexpr std::size_t firstCountColumn = 12;
@@ -33,7 +34,7 @@ void takeStart(std::string_view line, Spectrum& spectrum) {
 }
 
 constexpr std::array<LabelledValue, 5> header = {{
-    {canberra35Mark, [](std::string_view, Spectrum&) {}},
+    {mark, [](std::string_view, Spectrum&) {}},
     {"LIVE TIME=", [](std::string_view line,
                       Spectrum& s) { s.liveTime = ticksFromSeconds(numberFrom(line, 27)); }},
     {"TRUE TIME=", [](std::string_view line,
@@ -73,6 +74,11 @@ ReadResult readRest(LineReader& lines, Spectrum& spectrum) {
 }
 
 }  // namespace
+
+bool isCanberra35File(InputFile& file) {
+    LineReader lines(file);
+    return passLine(lines, mark);
+}
 
 ReadResult readCanberra35File(InputFile& file, Spectrum& spectrum) {
     return readTextFormat({canberra35Mca, header, readRest}, file, spectrum);

@@ -1,4 +1,4 @@
-#include "spectrum/naig_reader.h"
+#include "spectrum/formats/naig_reader.h"
 
 #include <array>
 #include <cstddef>
@@ -11,7 +11,7 @@
 #include "base/integers.h"
 #include "base/number_text.h"
 #include "base/runtime_fault.h"
-#include "spectrum/text_spectrum.h"
+#include "spectrum/formats/text_spectrum.h"
 
 namespace kestrel {
 namespace {

@@ -1,4 +1,4 @@
-#include "spectrum/text_spectrum.h"
+#include "spectrum/formats/text_spectrum.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "spectrum/naig_reader.h"
+#include "spectrum/formats/naig_reader.h"
 
 #include "reader_fixture.h"
 

@@ -1,4 +1,4 @@
-#include "spectrum/dos_oxford_reader.h"
+#include "spectrum/formats/dos_oxford_reader.h"
 
 #include <algorithm>
 #include <array>
@@ -14,7 +14,7 @@
 #include "base/integers.h"
 #include "base/number_text.h"
 #include "base/text.h"
-#include "spectrum/text_spectrum.h"
+#include "spectrum/formats/text_spectrum.h"
 
 namespace kestrel {
 namespace {

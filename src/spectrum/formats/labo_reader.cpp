@@ -1,4 +1,4 @@
-#include "spectrum/labo_reader.h"
+#include "spectrum/formats/labo_reader.h"
 
 #include <cstddef>
 #include <string_view>

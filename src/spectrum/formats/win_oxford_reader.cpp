@@ -1,4 +1,4 @@
-#include "spectrum/win_oxford_reader.h"
+#include "spectrum/formats/win_oxford_reader.h"
 
 #include <array>
 #include <cmath>
@@ -11,12 +11,13 @@
 #include "base/integers.h"
 #include "base/number_text.h"
 #include "base/text.h"
-#include "spectrum/text_spectrum.h"
+#include "spectrum/formats/text_spectrum.h"
 
 namespace kestrel {
 namespace {
 
 constexpr std::int16_t winOxfordMca = 444;
+constexpr std::string_view mark = "Conversion Gain:";
 constexpr int linesBeforeTable = 15;
 constexpr std::size_t countColumn = 8;
 
@@ -42,7 +43,7 @@ void takeStart(std::string_view line, Spectrum& spectrum) {
 
 // The file's "A" is the quadratic term and its "C" the offset, the reverse of the record's names.
 constexpr std::array<LabelledValue, 8> header = {{
-    {winOxfordMark,
+    {mark,
      [](std::string_view line, Spectrum& s) { s.channelCount = toInt16(numberFrom(line, 27)); }},
     {"Elapsed Live Time:",
      [](std::string_view line, Spectrum& s) {
@@ -77,6 +78,11 @@ ReadResult readRest(LineReader& lines, Spectrum& spectrum) {
 }
 
 }  // namespace
+
+bool isWinOxfordFile(InputFile& file) {
+    LineReader lines(file);
+    return passLine(lines, mark);
+}
 
 ReadResult readWinOxfordFile(InputFile& file, Spectrum& spectrum) {
     return readTextFormat({winOxfordMca, header, readRest}, file, spectrum);

@@ -1,4 +1,4 @@
-#include "spectrum/chn_reader.h"
+#include "spectrum/formats/chn_reader.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -31,15 +31,6 @@ void readHeader(const ByteReader& file, Spectrum& spectrum) {
     // Hours and minutes, and after them the two bytes of the channel offset.
     spectrum.startTime.assign(file.textAt(24, 6));
     spectrum.channelCount = file.int16At(30);
-}
-
-// What the file lacks of its counts, which were read as zeros; nothing as a rule.
-std::string missingCounts(std::int16_t channelCount, std::uint64_t fileSize) {
-    const std::uint64_t held = fileSize < headerSize ? 0 : (fileSize - headerSize) / countSize;
-    if (channelCount <= 0 || held >= static_cast<std::uint64_t>(channelCount))
-        return {};
-    return "The file ends before its counts: channels " + std::to_string(held) + " to " +
-           std::to_string(channelCount - 1) + " are missing and shown as 0.";
 }
 
 // The kind shows in the two bytes of the seconds and in the file's length. A file that is exactly
@@ -120,6 +111,22 @@ void readAfterCounts(const ByteReader& file, ChnKind kind, Spectrum& spectrum) {
     }
 }
 
+// What the file lacks, which was read as zeros; nothing as a rule.
+std::string missingParts(const Spectrum& spectrum, ChnKind kind, std::uint64_t fileSize) {
+    if (fileSize < headerSize)
+        return "The file ends in its header: there are no counts.";
+    const auto channels =
+        static_cast<std::uint64_t>(std::max<std::int16_t>(spectrum.channelCount, 0));
+    const std::uint64_t held = (fileSize - headerSize) / countSize;
+    if (held < channels)
+        return "The file ends before its counts: channels " + std::to_string(held) + " to " +
+               std::to_string(channels - 1) + " are missing and shown as 0.";
+    if (kind == ChnKind::Trailer && fileSize < headerSize + channels * countSize + trailerSize)
+        return "The file ends before its calibration and description, which are shown as 0 and "
+               "blank.";
+    return {};
+}
+
 }  // namespace
 
 ReadResult readChnFile(InputFile& input, Spectrum& spectrum) {
@@ -139,7 +146,7 @@ ReadResult readChnFile(InputFile& input, Spectrum& spectrum) {
     readAfterCounts(file, kind, spectrum);
     if (spectrum.useFileCalibration == 0)
         spectrum.calCurrent = spectrum.calDefault;
-    return {.missing = missingCounts(channels, input.size())};
+    return {.missing = missingParts(spectrum, kind, input.size())};
 }
 
 }  // namespace kestrel

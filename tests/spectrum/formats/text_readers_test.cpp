@@ -64,7 +64,7 @@ class TextReaders : public test::ReaderTest {
     TextReaders() : ReaderTest(FormatId::WinOxford) {}
 
     bool read(const Form& form, std::string_view bytes) {
-        format = formatOf(static_cast<int>(form.id));
+        format = &formatOf(form.id);
         return ReaderTest::read(bytes);
     }
     bool readChanged(const Form& form, std::string_view from, std::string_view to) {

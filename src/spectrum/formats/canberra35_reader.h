@@ -1,16 +1,15 @@
 // Reader of the printouts that CANBERRA Series 35+ analysers send over their serial line.
 #pragma once
 
-#include <string_view>
-
 #include "base/input_file.h"
 #include "spectrum/read_result.h"
 #include "spectrum/spectrum.h"
 
 namespace kestrel {
 
-// The analyser's name, with which a printout begins.
-inline constexpr std::string_view canberra35Mark = "SERIES 35+  V-2.00";
+// True for a file with the analyser's name, with which a printout begins. Faults: those of
+// LineReader.
+bool isCanberra35File(InputFile& file);
 
 // Refuses a file that lacks the analyser's name, one of the labels or the table, and fails where a
 // number does not fit, nothing follows the table's heading or there are more than 17001 counts;

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "base/input_file.h"
-#include "spectrum/labelled_lines.h"
+#include "spectrum/formats/labelled_lines.h"
 #include "spectrum/read_result.h"
 #include "spectrum/spectrum.h"
 
