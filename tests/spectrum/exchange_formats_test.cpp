@@ -8,6 +8,7 @@
 
 #include <bit>
 #include <cstring>
+#include <ctime>
 
 #include "spectrum/formats/energy_terms.h"
 #include "spectrum/formats/loaded_record.h"
@@ -288,6 +289,8 @@ TEST(ExchangeFormats, RefuseWithThePlaceAndTheReason) {
         {"$DATA:\n0 1\n1\nnan\n", "found \"nan\""},
         {"$DATA:\n0 1\n1\n3000000000\n", "Channel 1 has 3000000000 counts"},
         {"$DATA:\n0 1000000000\n", "1 to 131072 channels"},
+        {repeated(65, "$DATA:\n131071 131071\n1\n$ENDRECORD:\n"), "or 8388608 counts"},
+        {repeated(200001, "$A:\n"), "more than 200000 blocks"},
         {spc(1).substr(0, 515), "ends before its 3 counts"},
         {cnf().substr(0, 0x1042), "ends before its 3 counts"},
         {cnf().replace(0x1000, 4, "xxxx"), "No block of counts"},
@@ -307,6 +310,31 @@ TEST(ExchangeFormats, RefuseWithThePlaceAndTheReason) {
         } catch (const FormatError& error) {
             EXPECT_THAT(error.what(), HasSubstr(why));
         }
+    }
+}
+
+// Each took from 6 s to without end, though it is smaller than 1 MB.
+TEST(ExchangeFormats, TakeNoTimeForWhatThousandsOfSpectraShare) {
+    const std::string spectra =
+        repeated(9000, "<Spectrum><ChannelData>1 1 1 1 1 1 1 1</ChannelData></Spectrum>");
+    const std::string shared[] = {
+        repeated(100000, "<a/>"),
+        "<" + repeated(200000, "b") + "/>",
+        repeated(5000, "<InstrumentID>x</InstrumentID>"),
+        "<EnergyCalibration id='a'><EnergyBoundaryValues>" + repeated(100000, "1 ") +
+            "</EnergyBoundaryValues></EnergyCalibration>",
+    };
+    std::vector<std::string> files = {
+        "$ENER_FIT:\n" + repeated(20000, "1 ") + "\n$DATA:\n131071 131071\n1\n",
+        "SpectrumName : x\nLength : 1\nCalibCoeff : " + repeated(250000, "1 ") + "\n1\n",
+    };
+    for (const std::string& part : shared)
+        files.push_back("<RadInstrumentData>" + part + spectra + "</RadInstrumentData>");
+    for (const std::string& file : files) {
+        const std::clock_t begin = std::clock();
+        const std::vector<MeasuredSpectrum> read = readExchangeBytes(file);
+        fittedCalibration(read.at(0));
+        EXPECT_LT(std::clock() - begin, 4 * CLOCKS_PER_SEC) << file.substr(0, 60);
     }
 }
 

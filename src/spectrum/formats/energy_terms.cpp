@@ -10,6 +10,7 @@ namespace kestrel {
 namespace {
 
 constexpr double highestEnergy = 1e5;  // keV
+constexpr std::size_t mostTerms = 16;  // of a polynomial that is worth computing
 
 double polynomialAt(const std::vector<double>& terms, double channel) {
     double energy = 0;
@@ -110,6 +111,8 @@ std::optional<FittedCalibration> fittedCalibration(const MeasuredSpectrum& spect
     std::vector<double> terms = spectrum.coefficients;
     while (!terms.empty() && terms.back() == 0)
         terms.pop_back();
+    if (terms.size() > mostTerms)
+        return std::nullopt;
     const double channels = static_cast<double>(spectrum.counts.size());
     FittedCalibration fitted;
     std::vector<EnergyPoint> points;

@@ -116,7 +116,7 @@ class IecFile {
         constexpr std::size_t channelWidth = 6;
         constexpr std::size_t countWidth = 10;
         const std::optional<double> first = numberIn(trimSpace(body.substr(0, channelWidth)));
-        if (!first || *first < 0)
+        if (!first || !(*first >= 0 && *first <= static_cast<double>(mostFileChannels)))
             throw FormatError(place + "Number of a channel expected.");
         auto channel = static_cast<std::size_t>(*first);
         for (std::size_t at = channelWidth; at < body.size(); at += countWidth) {

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <map>
 #include <optional>
 #include <pugixml.hpp>
 #include <string>
+#include <type_traits>
 
 #include "base/text.h"
 #include "spectrum/formats/file_text.h"
@@ -18,10 +20,22 @@ constexpr std::size_t fewestChannels = 8;
 // A node takes 64 bytes of memory.
 constexpr std::ptrdiff_t mostMarks = 500000;
 
+// What is looked through around each of the spectra, of which there may be thousands.
+constexpr std::size_t mostSiblings = 100;
+constexpr std::size_t mostLevels = 8;
+constexpr std::size_t longestName = 100;
+constexpr std::size_t longestValue = 1000;
+constexpr std::size_t longestNumber = 32;
+constexpr std::size_t mostInstrumentDetails = 16;
+
 using Node = pugi::xml_node;
 
+std::string_view front(const char* text, std::size_t most) {
+    return {text, ::strnlen(text, most)};
+}
+
 std::string_view localName(const char* name) {
-    const std::string_view text(name);
+    const std::string_view text = front(name, longestName);
     const std::size_t colon = text.rfind(':');
     return colon == std::string_view::npos ? text : text.substr(colon + 1);
 }
@@ -30,38 +44,58 @@ bool isNamed(const Node& node, std::string_view name) {
     return localName(node.name()) == name;
 }
 
+template <typename Range>
+auto firstNamed(const Range& range, std::string_view name) {
+    std::size_t looked = 0;
+    for (const auto& one : range) {
+        if (localName(one.name()) == name)
+            return one;
+        if (++looked == mostSiblings)
+            break;
+    }
+    return std::remove_cvref_t<decltype(*range.begin())>{};
+}
+
 Node childOf(const Node& parent, std::string_view name) {
-    return parent.find_child([&](const Node& child) { return isNamed(child, name); });
+    return firstNamed(parent.children(), name);
 }
 
 // The text of the first child that has one of the names; empty when there is none.
-std::string_view textOfChild(const Node& parent, std::initializer_list<std::string_view> names) {
+std::string_view textOfChild(const Node& parent, std::initializer_list<std::string_view> names,
+                             std::size_t longest = longestValue) {
     for (const std::string_view name : names) {
         if (const Node child = childOf(parent, name))
-            return trimSpace(child.child_value());
+            return trimSpace(front(child.child_value(), longest));
     }
     return {};
 }
 
+// The node and those around it, from the innermost.
+std::vector<Node> levelsOf(Node node) {
+    std::vector<Node> levels;
+    for (; node && levels.size() < mostLevels; node = node.parent())
+        levels.push_back(node);
+    return levels;
+}
+
 // The same, of the nearest element that has it: the node itself or one around it.
-std::string_view textAround(Node node, std::initializer_list<std::string_view> names) {
-    for (; node; node = node.parent()) {
-        if (const std::string_view text = textOfChild(node, names); !text.empty())
+std::string_view textAround(const Node& node, std::initializer_list<std::string_view> names) {
+    for (const Node& around : levelsOf(node)) {
+        if (const std::string_view text = textOfChild(around, names); !text.empty())
             return text;
     }
     return {};
 }
 
-Node ancestor(Node node, std::string_view name) {
-    while (node && !isNamed(node, name))
-        node = node.parent();
-    return node;
+Node ancestor(const Node& node, std::string_view name) {
+    const std::vector<Node> levels = levelsOf(node);
+    const auto found =
+        std::ranges::find_if(levels, [&](const Node& level) { return isNamed(level, name); });
+    return found == levels.end() ? Node() : *found;
 }
 
 std::string_view attributeOf(const Node& node, std::string_view name) {
-    const pugi::xml_attribute found = node.find_attribute(
-        [&](const pugi::xml_attribute& a) { return localName(a.name()) == name; });
-    return trimSpace(found.value());
+    return trimSpace(front(firstNamed(node.attributes(), name).value(), longestValue));
 }
 
 // "PT1H2M3.5S", or plain seconds. None for years and months, which have no length.
@@ -134,8 +168,13 @@ double keVIn(std::string_view unit) {
     return equalIgnoringCase(unit, "MeV") ? 1000 : equalIgnoringCase(unit, "eV") ? 0.001 : 1;
 }
 
-std::vector<double> scaledNumbers(std::string_view text, double factor) {
+// The numbers of a calibration: terms, or an energy for each edge of the channels.
+std::vector<double> scaledNumbers(const Node& node, std::string_view name, double factor,
+                                  std::size_t channels) {
+    const std::size_t most = channels + 1;
+    const std::string_view text = textOfChild(node, {name}, most * longestNumber);
     std::vector<double> numbers = numbersIn(text).value_or(std::vector<double>());
+    numbers.resize(std::min(numbers.size(), most));
     for (double& number : numbers)
         number *= factor;
     return numbers;
@@ -147,10 +186,10 @@ void takeChannelEdges(const std::vector<double>& energies, EnergyScale& scale) {
 }
 
 // An <EnergyCalibration> of the edition of 2012.
-EnergyScale scaleOf2012(const Node& calibration) {
+EnergyScale scaleOf2012(const Node& calibration, std::size_t channels) {
     EnergyScale scale;
-    scale.coefficients = scaledNumbers(textOfChild(calibration, {"CoefficientValues"}), 1);
-    takeChannelEdges(scaledNumbers(textOfChild(calibration, {"EnergyBoundaryValues"}), 1), scale);
+    scale.coefficients = scaledNumbers(calibration, "CoefficientValues", 1, channels);
+    takeChannelEdges(scaledNumbers(calibration, "EnergyBoundaryValues", 1, channels), scale);
     return scale;
 }
 
@@ -160,7 +199,7 @@ EnergyScale scaleOf2006(const Node& calibration, std::size_t channels) {
     const double factor = keVIn(attributeOf(calibration, "EnergyUnits"));
     const Node equation = childOf(calibration, "Equation");
     const std::string_view model = attributeOf(equation, "Model");
-    std::vector<double> terms = scaledNumbers(textOfChild(equation, {"Coefficients"}), factor);
+    std::vector<double> terms = scaledNumbers(equation, "Coefficients", factor, channels);
     if (model == "LowerChannelEdge") {
         takeChannelEdges(terms, scale);
         return scale;
@@ -227,7 +266,8 @@ class N42File {
         } else if (name == "RadInstrumentManufacturerName" || name == "RadInstrumentModelName" ||
                    name == "RadInstrumentIdentifier" || name == "Manufacturer" ||
                    name == "InstrumentModel" || name == "InstrumentID") {
-            if (const std::string_view value = trimSpace(node.child_value()); !value.empty())
+            const std::string_view value = trimSpace(front(node.child_value(), longestValue));
+            if (!value.empty() && instrument_.size() < mostInstrumentDetails)
                 instrument_.push_back({std::string(name), std::string(value)});
         }
     }
@@ -298,7 +338,7 @@ class N42File {
             const std::string_view name = textOfChild(detectorOf(node), {"RadDetectorName"});
             return std::string(name.empty() ? reference : name);
         }
-        for (Node around = node; around; around = around.parent()) {
+        for (const Node& around : levelsOf(node)) {
             for (const std::string_view attribute : {"Detector", "Sensor"}) {
                 if (const std::string_view name = attributeOf(around, attribute); !name.empty())
                     return std::string(name);
@@ -311,10 +351,13 @@ class N42File {
     static std::string titleOf(const Node& spectrum, const Node& measurement) {
         constexpr std::string_view label = "Title:";
         for (const Node& node : {spectrum, measurement}) {
+            std::size_t looked = 0;
             for (const Node& child : node.children()) {
-                const std::string_view text = trimSpace(child.child_value());
+                const std::string_view text = trimSpace(front(child.child_value(), longestValue));
                 if (isNamed(child, "Remark") && text.starts_with(label))
                     return std::string(trimSpace(text.substr(label.size())));
+                if (++looked == mostSiblings)
+                    break;
             }
         }
         return {};
@@ -350,7 +393,7 @@ class N42File {
         if (found == calibrations_.end())
             return {};
         return isNamed(found->second, "Calibration") ? scaleOf2006(found->second, channels)
-                                                     : scaleOf2012(found->second);
+                                                     : scaleOf2012(found->second, channels);
     }
     static std::string_view firstOf(std::string_view words) { return takeWord(words); }
 

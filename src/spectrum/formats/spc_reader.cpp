@@ -116,8 +116,9 @@ std::vector<double> textTerms(std::string_view text) {
         const auto number = numberIn(word.substr(sign == std::string_view::npos ? 0 : sign + 1));
         if (!number)
             return {};
-        terms.insert(terms.begin(), *number);
+        terms.push_back(*number);
     }
+    std::ranges::reverse(terms);
     return terms;
 }
 

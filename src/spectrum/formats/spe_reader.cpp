@@ -11,6 +11,8 @@
 namespace kestrel {
 namespace {
 
+constexpr std::size_t mostBlocks = 200000;
+
 struct Block {
     std::string name;  // in capitals, without "$" and ":"
     std::size_t line = 0;
@@ -40,10 +42,14 @@ std::vector<Block> blocksOf(std::string_view text) {
     std::vector<Block> blocks;
     TextLines lines(text);
     for (std::string_view line; lines.next(line);) {
-        if (line.starts_with('$'))
+        if (line.starts_with('$')) {
+            if (blocks.size() == mostBlocks)
+                throw FormatError(lines.place() + "There are more than " +
+                                  std::to_string(mostBlocks) + " blocks.");
             blocks.push_back(startBlock(line, lines.number()));
-        else if (!blocks.empty())
+        } else if (!blocks.empty()) {
             blocks.back().lines.push_back(line);
+        }
     }
     return blocks;
 }
@@ -156,6 +162,7 @@ class SpectrumOfBlocks {
     }
 
     bool empty() const { return spectrum_.counts.empty(); }
+    std::size_t channels() const { return spectrum_.counts.size(); }
 
   private:
     static constexpr std::size_t longestDetail = 200;
@@ -182,9 +189,16 @@ std::vector<MeasuredSpectrum> readSpe(std::string_view bytes) {
     const std::string text = textOf(bytes);
     std::vector<MeasuredSpectrum> spectra;
     SpectrumOfBlocks current;
+    std::size_t total = 0;
     for (const Block& block : blocksOf(text)) {
         if (block.name != "ENDRECORD") {
             current.take(block);
+            // A few bytes can promise channels without counts, and a block may come again.
+            total += block.name == "DATA" ? current.channels() : 0;
+            if (total > mostFileCounts || spectra.size() >= mostFileSpectra)
+                throw FormatError(block.place(0) + "The file holds more than " +
+                                  std::to_string(mostFileSpectra) + " spectra or " +
+                                  std::to_string(mostFileCounts) + " counts.");
             continue;
         }
         spectra.push_back(current.finish());
