@@ -120,8 +120,8 @@ class PkmFile : public Results {
         spectrum->segmentNumber = -2;
         spectrum->startDate.assign("16NOV261");
         spectrum->startTime.assign("101530");
-        // Japanese in code page 932; the second character's second byte is a backslash. The line end
-        // would begin a line of the comment's own.
+        // Japanese in code page 932; the second character's second byte is a backslash. The line
+        // end would begin a line of the comment's own.
         spectrum->comment.assign("\x93\xfa\x95\x5c\nsample");
         add(90, 110, "\x83\x53\x83\x56");
     }
