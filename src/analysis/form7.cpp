@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMenuBar>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -292,10 +293,21 @@ bool Form7::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
+bool Form7::leave() {
+    const QScopedValueRollback<bool> leaving(leaving_, true);
+    return close();
+}
+
 // Regions out of order keep the window open. A fault does not: with a spectrum of no live time
 // nobody could ever leave.
+bool Form7::mayClose() {
+    if (leaving_ && isUntouched(work_))
+        return true;
+    return run([this] { return computePeakArea(work_); }) != AreaStatus::Failed;
+}
+
 void Form7::closeEvent(QCloseEvent* event) {
-    if (run([this] { return computePeakArea(work_); }) == AreaStatus::Failed)
+    if (!mayClose())
         return event->ignore();
     placement_ = placementOf(*this);
     QWidget::closeEvent(event);

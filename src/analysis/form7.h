@@ -28,6 +28,10 @@ class Form7 : public QWidget {
     // Shows the window with set 0.
     void Form_Load();
 
+    // Closes the window for another spectrum or the end of the program. False when regions out of
+    // order keep it open, as they do at close().
+    bool leave();
+
     // A right click into the plot.
     void enterCursorChannel(std::int16_t cursorCh);
 
@@ -60,6 +64,7 @@ class Form7 : public QWidget {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    bool mayClose();
     std::array<QLineEdit*, 6> bounds() const { return {Text1, Text2, Text3, Text4, Text5, Text6}; }
     QLineEdit* result(const char* name, int columns, const char* accessible);
     QPushButton* button(const char* name, const char* caption, const char* accessible);
@@ -89,6 +94,7 @@ class Form7 : public QWidget {
     PeakAreaFields& fields_;
     WindowPlacement& placement_;
     std::function<void()> showResults_;
+    bool leaving_ = false;  // close() is called by leave()
 };
 
 }  // namespace kestrel

@@ -1,5 +1,6 @@
 #include "analysis/peak_data_sets.h"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "analysis/net_area.h"
@@ -99,9 +100,21 @@ void showSums(const PeakAreaWork& work) {
     sums[2] = sum(set.bkg2Low, set.bkg2High);
 }
 
+// The record after a full table is never one: it cannot be committed.
+bool isNewSet(const PeakAreaWork& work) {
+    return work.state.currentSet == work.setCount && work.setCount < mostPeakSets;
+}
+
 void commitNewSet(const PeakAreaWork& work) {
-    if (work.state.currentSet == work.setCount && work.setCount < mostPeakSets)
+    if (isNewSet(work))
         ++work.setCount;
+}
+
+void removeCurrentSet(const PeakAreaWork& work) {
+    for (int i = work.state.currentSet; i <= work.setCount; ++i)
+        work.sets[i] = work.sets[i + 1];
+    store(PeakRegions{}, work.sets[work.setCount + 1]);
+    --work.setCount;
 }
 
 // The user may leave regions behind that are out of order; they are not stored.
@@ -203,11 +216,17 @@ void clearDataSet(const PeakAreaWork& work) {
                                                      .icon = Icon::Question,
                                                      .buttons = Buttons::OkCancel}))
         return;
-    for (int i = work.state.currentSet; i <= work.setCount; ++i)
-        work.sets[i] = work.sets[i + 1];
-    store(PeakRegions{}, work.sets[work.setCount + 1]);
-    --work.setCount;
+    if (isNewSet(work))
+        current(work) = PeakAreaSet{};
+    else
+        removeCurrentSet(work);
     showDataSet(work);
+}
+
+bool isUntouched(const PeakAreaWork& work) {
+    return isNewSet(work) && std::ranges::all_of(work.state.fields.bounds.texts, [](const auto& t) {
+               return toInt32(parseLeadingNumber(t)) == 0;
+           });
 }
 
 bool enterCursorChannel(const PeakAreaWork& work, std::int16_t cursorCh,

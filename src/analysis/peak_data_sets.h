@@ -58,9 +58,13 @@ void showDataSet(const PeakAreaWork& work);
 bool previousDataSet(const PeakAreaWork& work);
 bool nextDataSet(const PeakAreaWork& work);
 
-// "Clear": the later sets move down, once the user agrees. Faults: SubscriptOutOfRange with 128
-// sets.
+// "Clear", once the user agrees: the later sets move down; a new set that is not committed yet is
+// emptied. Nothing happens while no set is committed. Faults: SubscriptOutOfRange with 128 sets.
 void clearDataSet(const PeakAreaWork& work);
+
+// True for a new set that nobody has touched: whoever leaves the program or opens another spectrum
+// need not be told that its regions are out of order.
+bool isUntouched(const PeakAreaWork& work);
 
 // Puts the cursor's channel into the bound whose turn it is and measures, unless a bound is still
 // 0. `regionsChanged` runs in between: the regions have changed, nothing is measured yet. False

@@ -190,7 +190,7 @@ bool Form2::eventFilter(QObject* watched, QEvent* event) {
 
 // The peak-area window first, which alone may refuse: then nothing has been closed.
 bool Form2::closeOtherWindows() {
-    if (form7_ && form7_->isVisible() && !form7_->close())
+    if (form7_ && form7_->isVisible() && !form7_->leave())
         return false;
     for (QWidget* window : QApplication::topLevelWidgets()) {
         if (window != this && window->isVisible() && !window->close())

@@ -34,7 +34,7 @@ void Form2::showOpened(OpenResult result) {
             form10_->refresh();
         BuildNuclideMarks();
         view_.showNewSpectrum();
-        if (form7_ && form7_->isVisible() && form7_->close())
+        if (form7_ && form7_->isVisible() && form7_->leave())
             pkarea_Click();
     }
     focusPlot();

@@ -231,6 +231,24 @@ TEST_F(DataSets, MoveDownWhenOneIsCleared) {
     EXPECT_EQ((*sets)[4].net, 5);
 }
 
+TEST_F(DataSets, AreAllLeftAloneWhenTheNewOneIsCleared) {
+    commitSets(2);
+    EXPECT_TRUE(isUntouched(work));
+    type(regionsAt(300));
+    fields.remark = "new";
+    EXPECT_FALSE(isUntouched(work));
+    ASSERT_EQ(computePeakArea(work), AreaStatus::Computed);
+    clearDataSet(work);
+    EXPECT_EQ(setCount, 2);
+    EXPECT_EQ((*sets)[1].bkg1Low, 200);
+    EXPECT_EQ(fields.net, "0.0000E+00 +- 0.000E+00");
+    EXPECT_EQ(fields.remark, "");
+    EXPECT_TRUE(isUntouched(work));
+    goTo(1);
+    type({});
+    EXPECT_FALSE(isUntouched(work));  // a committed one
+}
+
 TEST_F(DataSets, AreNotClearedWhereThereIsNoneOrTheTableIsFull) {
     clearDataSet(work);
     EXPECT_TRUE(dialogs.messages.empty());
