@@ -12,6 +12,7 @@
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QValidator>
 
 #include "base/qt/modal_form.h"
 #include "base/qt/placement.h"
@@ -24,6 +25,27 @@ constexpr int boundColumns = 6;
 constexpr int sumColumns = 10;
 constexpr int resultColumns = 24;  // "-1.2345E+05 +- 1.234E+02"
 constexpr int remarkColumns = 24;
+
+// Ends the typing where the bytes of a remark are full: a kanji takes two or three of them.
+class RemarkLimit : public QValidator {
+  public:
+    using QValidator::QValidator;
+
+    State validate(QString& text, int& cursor) const override {
+        const auto full = [&text] { return fromWindow(text).size() > PeakAreaSet::nameBytes; };
+        while (cursor > 0 && full())
+            removeBefore(text, cursor);
+        return full() ? Invalid : Acceptable;
+    }
+
+  private:
+    // A whole character, also where it is a pair of surrogates.
+    static void removeBefore(QString& text, int& cursor) {
+        const bool pair = cursor > 1 && text[cursor - 1].isLowSurrogate();
+        cursor -= pair ? 2 : 1;
+        text.remove(cursor, pair ? 2 : 1);
+    }
+};
 
 }  // namespace
 
@@ -180,6 +202,7 @@ void Form7::connectControls() {
                 [this, i](const QString& text) { fields_.bounds.texts[i] = fromWindow(text); });
         connect(bound, &QLineEdit::editingFinished, this, &Form7::regionsChanged);
     }
+    Text11->setValidator(new RemarkLimit(Text11));
     connect(Text11, &QLineEdit::textEdited, this,
             [this](const QString& text) { fields_.remark = fromWindow(text); });
     connect(Command1, &QPushButton::clicked, this, &Form7::Command1_Click);

@@ -1,6 +1,7 @@
 // One peak-area measurement: the bounds of its three regions, its results and a remark.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "base/checked_array.h"
@@ -9,6 +10,8 @@
 namespace kestrel {
 
 struct PeakAreaSet {
+    static constexpr std::size_t nameBytes = 24;
+
     std::int16_t bkg1Low = 0;
     std::int16_t bkg1High = 0;
     std::int16_t bkg2Low = 0;
@@ -19,7 +22,7 @@ struct PeakAreaSet {
     float netError = 0;  // counts
     float cps = 0;       // counts per second of live time
     float cpsError = 0;
-    FixedText<24> name{};
+    FixedText<nameBytes> name{};
 };
 
 // Sets 0 to 127 can be committed; the one after the last committed set is the one being filled.

@@ -258,6 +258,18 @@ TEST_F(Analysis, KeepsARemarkInTheBytesThatItHas) {
     QTest::keyClicks(form7().Text11, "m");
     QTest::mouseClick(form7().Command2, Qt::LeftButton);
     EXPECT_EQ(module->settings.peakSets[0].name.trimmed(), "\x93\xfa\x95\x5c Cs-137m");
+    QTest::mouseClick(form7().Command1, Qt::LeftButton);
+    // 12 bytes are left.
+    form7().Text11->insert(QString::fromUtf8("表示の長い備考"));
+    EXPECT_EQ(form7().Text11->text(), QString::fromUtf8("日表 Cs-137m表示の長い備"));
+    QTest::keyClicks(form7().Text11, "1\b234");
+    const QString shown = form7().Text11->text();
+    form7().Text11->setCursorPosition(1);
+    QTest::keyClicks(form7().Text11, "x");
+    EXPECT_EQ(form7().Text11->text(), shown);
+    QTest::mouseClick(form7().Command2, Qt::LeftButton);
+    QTest::mouseClick(form7().Command1, Qt::LeftButton);
+    EXPECT_EQ(form7().Text11->text(), shown);
 }
 
 TEST_F(Analysis, TrimsAndSavesTheListOfResults) {
