@@ -18,8 +18,6 @@ std::unique_ptr<Kept> read() {
     auto kept = std::make_unique<Kept>();
     kept->settings.systemDir = folder();
     readSettings(kept->settings, kept->spectrum);
-    // The input may name another folder; nothing is to be written there.
-    kept->settings.systemDir = folder();
     std::filesystem::current_path(folder());
     return kept;
 }

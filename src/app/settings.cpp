@@ -37,6 +37,13 @@ constexpr std::string_view calibrationSection = "[ene cal]";
 constexpr std::string_view placementSection = "[form pos]";
 constexpr std::string_view peakSection = "[pk pos]";
 
+// All that the file carries.
+struct Stored {
+    Settings settings;
+    Calibration calDefault;
+    std::int16_t useFileCalibration;
+};
+
 // A path with a NUL names nothing, but the system's calls would take it for the part in front.
 bool namesFolder(const std::string& path) {
     std::error_code ignored;
@@ -56,13 +63,13 @@ void readDirectories(FieldReader& fields, Settings& settings) {
     }
 }
 
-void readCalibration(FieldReader& fields, Spectrum& spectrum) {
+void readCalibration(FieldReader& fields, Stored& stored) {
     if (!fields.find(calibrationSection))
         return;
-    spectrum.calDefault.a = fields.number();
-    spectrum.calDefault.b = fields.number();
-    spectrum.calDefault.c = fields.number();
-    spectrum.useFileCalibration = fields.int16();
+    stored.calDefault.a = fields.number();
+    stored.calDefault.b = fields.number();
+    stored.calDefault.c = fields.number();
+    stored.useFileCalibration = fields.int16();
 }
 
 void readPlacements(FieldReader& fields, WindowPlacements& placements) {
@@ -93,34 +100,89 @@ void readPeakSets(FieldReader& fields, Settings& settings) {
         readPeakSet(fields, settings.peakSets[i]);
 }
 
-void writePeakSets(FieldWriter& file, const Settings& settings) {
-    file.record(peakSection);
-    file.record(settings.peakSetCount);
+// Whatever is wrong with the file ends the reading.
+void readFile(Stored& stored) {
+    const std::string systemDir = stored.settings.systemDir;
+    try {
+        FieldReader fields(readContents(systemDir));
+        readDirectories(fields, stored.settings);
+        readCalibration(fields, stored);
+        readPlacements(fields, stored.settings.windowPlacement);
+        readPeakSets(fields, stored.settings);
+    } catch (const RuntimeFault&) {
+        // A first run or a damaged file: the values not read stand.
+    }
+    // A file copied from another computer or user names a folder of that one.
+    stored.settings.systemDir = systemDir;
+}
+
+std::string calibrationText(const Stored& stored) {
+    FieldWriter lines;
+    const Calibration& calibration = stored.calDefault;
+    lines.record(calibrationSection);
+    lines.record(calibration.a, calibration.b, calibration.c, stored.useFileCalibration);
+    return lines.contents();
+}
+
+std::string placementText(const WindowPlacements& placements) {
+    FieldWriter lines;
+    lines.record(placementSection);
+    for (const WindowPlacement& window : placements)
+        lines.record(window.left, window.top, window.width, window.height);
+    return lines.contents();
+}
+
+std::string peakText(const Settings& settings) {
+    FieldWriter lines;
+    lines.record(peakSection);
+    lines.record(settings.peakSetCount);
     for (std::int16_t i = 0; i < settings.peakSetCount; ++i) {
         const PeakAreaSet& set = settings.peakSets[i];
-        file.record(set.bkg1Low, set.bkg1High, set.bkg2Low, set.bkg2High, set.pkLow, set.pkHigh,
-                    set.name.view());
+        lines.record(set.bkg1Low, set.bkg1High, set.bkg2Low, set.bkg2High, set.pkLow, set.pkHigh,
+                     set.name.view());
     }
+    return lines.contents();
+}
+
+SettingsSections sectionsOf(const Stored& stored) {
+    SettingsSections sections;
+    auto section = sections.begin();
+    for (const auto& [header, directory] : directorySections) {
+        FieldWriter lines;
+        lines.record(header);
+        lines.record(stored.settings.*directory);
+        *section++ = lines.contents();
+    }
+    *section++ = calibrationText(stored);
+    *section++ = placementText(stored.settings.windowPlacement);
+    *section = peakText(stored.settings);
+    return sections;
+}
+
+Stored storedOf(const Settings& settings, const Spectrum& spectrum) {
+    return {settings, spectrum.calDefault, spectrum.useFileCalibration};
+}
+
+// `own`, with what another instance may have written since in place of the sections that this one
+// has left as they were.
+std::string merged(const SettingsSections& own, const SettingsSections& before, Stored stored) {
+    readFile(stored);
+    const SettingsSections now = sectionsOf(stored);
+    std::string contents;
+    for (std::size_t i = 0; i < own.size(); ++i)
+        contents += own[i] == before[i] ? now[i] : own[i];
+    return contents;
 }
 
 }  // namespace
 
 void readSettings(Settings& settings, Spectrum& spectrum, const DatabaseCheck& checkDatabase) {
-    const std::string startDir = settings.systemDir;
-    try {
-        FieldReader fields(readContents(startDir));
-        readDirectories(fields, settings);
-        readCalibration(fields, spectrum);
-        readPlacements(fields, settings.windowPlacement);
-        readPeakSets(fields, settings);
-    } catch (const RuntimeFault&) {
-        // A first run or a damaged file: the values not read stand.
-    }
-    // A file copied from another computer names a folder of that one, and a relative path would
-    // move with the current directory: neither may decide where the settings are saved.
-    if (!std::filesystem::path(settings.systemDir).is_absolute() ||
-        !namesFolder(settings.systemDir))
-        settings.systemDir = startDir;
+    Stored stored = storedOf(settings, spectrum);
+    readFile(stored);
+    settings = stored.settings;
+    spectrum.calDefault = stored.calDefault;
+    spectrum.useFileCalibration = stored.useFileCalibration;
+    settings.asStored = sectionsOf(stored);
 
     if (checkDatabase)
         checkDatabase(settings.marigoldDir);
@@ -129,24 +191,20 @@ void readSettings(Settings& settings, Spectrum& spectrum, const DatabaseCheck& c
         std::filesystem::current_path(settings.lastDirectory, ignored);
 }
 
-void writeSettings(const Settings& settings, const Spectrum& spectrum) {
-    FieldWriter file;
-    for (const auto& [header, directory] : directorySections) {
-        file.record(header);
-        file.record(settings.*directory);
-    }
-    const Calibration& calibration = spectrum.calDefault;
-    file.record(calibrationSection);
-    file.record(calibration.a, calibration.b, calibration.c, spectrum.useFileCalibration);
-    file.record(placementSection);
-    for (const WindowPlacement& window : settings.windowPlacement)
-        file.record(window.left, window.top, window.width, window.height);
-    writePeakSets(file, settings);
-
+void writeSettings(Settings& settings, const Spectrum& spectrum) {
+    const Stored stored = storedOf(settings, spectrum);
+    const SettingsSections own = sectionsOf(stored);
     // Where the folder cannot be made, replacing the file raises the fault that says why.
     std::error_code ignored;
     std::filesystem::create_directories(settings.systemDir, ignored);
-    replaceFile(pathIgnoringCase(settings.systemDir, fileName), file.contents());
+    replaceFile(pathIgnoringCase(settings.systemDir, fileName),
+                merged(own, settings.asStored, stored));
+    settings.asStored = own;
+}
+
+void writePeakRegions(Settings& settings, const Spectrum& spectrum) {
+    if (peakText(settings) != settings.asStored.back())
+        writeSettings(settings, spectrum);
 }
 
 }  // namespace kestrel

@@ -1,6 +1,7 @@
 // The settings file kestrel.inf: folders, calibration, window places and peak regions between runs.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -11,6 +12,9 @@
 
 namespace kestrel {
 
+// The lines of each section of the file.
+using SettingsSections = std::array<std::string, 7>;
+
 struct Settings {
     std::string systemDir;      // folder of the settings file
     std::string marigoldDir;    // folder of the nuclide database
@@ -19,19 +23,25 @@ struct Settings {
     WindowPlacements windowPlacement;
     std::int16_t peakSetCount = 0;
     PeakAreaTable peakSets;
+    SettingsSections asStored;  // as this run has read or last written them
 };
 
 // Reads the file in settings.systemDir into `settings` and the default calibration and its flag
 // into `spectrum`. Every section is searched from the start of the file, so their order does not
 // matter. Whatever is wrong with the file ends the reading silently; what has not been read by then
-// keeps its value. A systemDir in the file counts only if it is the full path of an existing
-// folder. `checkDatabase` is then given the folder of the nuclide database, which it may change.
-// Last, the directory lastDirectory is made current, if it exists.
+// keeps its value. The systemDir in the file, which may be a copy, is passed over. `checkDatabase`
+// is then given the folder of the nuclide database, which it may change. Last, the directory
+// lastDirectory is made current, if it exists.
 using DatabaseCheck = std::function<void(std::string& marigoldDir)>;
 void readSettings(Settings& settings, Spectrum& spectrum, const DatabaseCheck& checkDatabase = {});
 
-// Writes all seven sections anew, and makes the folder systemDir where it is missing. Faults: those
-// of replaceFile; the old file then stays as it was.
-void writeSettings(const Settings& settings, const Spectrum& spectrum);
+// Writes the file anew, and makes the folder systemDir where it is missing. Sections that have not
+// changed since they were read or written are taken as they stand in the file by now: another
+// instance of the program may have changed them. Faults: those of replaceFile; the old file then
+// stays as it was.
+void writeSettings(Settings& settings, const Spectrum& spectrum);
+
+// Likewise, but leaves the file alone where no peak region or remark has changed.
+void writePeakRegions(Settings& settings, const Spectrum& spectrum);
 
 }  // namespace kestrel

@@ -47,13 +47,16 @@ std::optional<std::string> FieldReader::quoted() {
     std::string text;
     for (;;) {
         const std::size_t begin = position_ + 1;
-        const std::size_t quote = contents_.find('"', begin);
-        if (quote == std::string::npos) {
+        const std::size_t end = contents_.find_first_of("\"\r\n", begin);
+        if (end == std::string::npos) {
             position_ = contents_.size();
             return std::nullopt;
         }
-        text.append(contents_, begin, quote - begin);
-        position_ = quote + 1;
+        text.append(contents_, begin, end - begin);
+        position_ = end;
+        if (contents_[end] != '"')
+            return text;
+        ++position_;
         if (position_ == contents_.size() || contents_[position_] != '"')
             return text;
         text += '"';
@@ -81,7 +84,7 @@ void FieldWriter::add(std::string_view text) {
     for (const char character : text) {
         if (character == '"')
             contents_ += '"';
-        contents_ += character;
+        contents_ += character == '\r' || character == '\n' ? ' ' : character;
     }
     contents_ += '"';
 }

@@ -15,7 +15,8 @@
 namespace kestrel {
 
 // Reads field after field; a line end separates fields just as a comma does. A quoted text ends at
-// its closing quote, line ends inside it included; an unquoted one at the comma or line end.
+// its closing quote, or with its line where there is none; an unquoted one at the comma or line
+// end.
 class FieldReader {
   public:
     explicit FieldReader(std::string contents) : contents_(std::move(contents)) {}
@@ -44,7 +45,8 @@ class FieldReader {
 
 class FieldWriter {
   public:
-    // One line, ended by CR LF, with these texts and numbers.
+    // One line, ended by CR LF, with these texts and numbers. A line end inside a text, where it
+    // would begin a line of its own, becomes a blank.
     template <typename First, typename... Rest>
     void record(const First& first, const Rest&... rest) {
         add(first);

@@ -65,7 +65,7 @@ class SettingsFile : public testing::Test {
         folder_.write("kestrel.inf", contents);
         return read();
     }
-    std::string written(const Kept& kept) const {
+    std::string written(Kept kept) const {
         writeSettings(kept.settings, kept.spectrum);
         return folder_.read("kestrel.inf");
     }
@@ -112,8 +112,8 @@ TEST_F(SettingsFile, HasTheAgreedSectionsAndLines) {
 TEST_F(SettingsFile, BringsBackWhatWasWrittenWhateverTheBytes) {
     Kept kept = sample();
     for (int byte = 0; byte < 256; ++byte)
-        kept.settings.marigoldDir += static_cast<char>(byte);
-    kept.settings.saveAsDir = "C:\\\x83\x5c,\"\r\n\"[pk pos]\"\r\n5\0 "s;
+        kept.settings.marigoldDir += byte == '\n' || byte == '\r' ? ' ' : static_cast<char>(byte);
+    kept.settings.saveAsDir = "C:\\\x83\x5c,\" \"[pk pos]\" 5\0 "s;
     kept.settings.peakSetCount = mostPeakSets;
     for (std::size_t i = 0; i < 128; ++i) {
         const auto byte = static_cast<char>(128 + i);
@@ -220,13 +220,50 @@ TEST_F(SettingsFile, IsLookedAtUpToOneMebibyte) {
     EXPECT_EQ(kept.settings.saveAsDir, "");
 }
 
-TEST_F(SettingsFile, KeepsItsFolderUnlessItNamesAnother) {
-    fs::current_path(folder_.path());
-    for (const std::string& name :
-         {"C:\\WINDOWS"s, "/no/such/folder"s, ""s, "sub"s, folder_.file("sub\0x"s)})
-        EXPECT_EQ(read("[system dir]\n\"" + name + "\"\n").settings.systemDir, folder_.path())
-            << name;
-    EXPECT_EQ(read("[system dir]\n" + folder_.file("sub")).settings.systemDir, folder_.file("sub"));
+TEST_F(SettingsFile, WorksForWhoeverHasCopiedIt) {
+    Kept kept = read("[system dir]\n" + folder_.file("sub") + "\n[chn dir]\n/c\n");
+    EXPECT_EQ(kept.settings.systemDir, folder_.path());
+    EXPECT_EQ(kept.settings.lastDirectory, "/c");
+    EXPECT_TRUE(written(kept).starts_with("\"[system dir]\"\r\n\"" + folder_.path() + "\"\r\n"));
+}
+
+TEST_F(SettingsFile, EndsATextWithoutClosingQuoteWithItsLine) {
+    const Kept kept = read(
+        "\"[chn dir]\"\r\n\"/c, d\r\n\"[save as dir]\nx\n\"[pk "
+        "pos]\"\n1\n1,2,3,4,5,6,\"Cs\"\"\n\n");
+    EXPECT_EQ(kept.settings.lastDirectory, "/c, d");
+    EXPECT_EQ(kept.settings.saveAsDir, "x");
+    EXPECT_EQ(kept.settings.peakSets[0].name, FixedText<24>("Cs\""));
+    Kept broken = sample();
+    broken.settings.marigoldDir = "a\r\n[chn dir]\nb";
+    written(broken);
+    EXPECT_EQ(read().settings.marigoldDir, "a  [chn dir] b");
+    EXPECT_EQ(read().settings.lastDirectory, folder_.file("sub"));
+}
+
+// Two instances that were started from the same file.
+TEST_F(SettingsFile, TakesOnlyItsOwnChangesFromEachInstance) {
+    written(sample());
+    Kept a = read();
+    Kept b = read();
+    a.settings.peakSets[0].pkHigh = 77;
+    writePeakRegions(a.settings, a.spectrum);
+    b.settings.marigoldDir = "/other";
+    b.spectrum.useFileCalibration = 1;
+    writeSettings(b.settings, b.spectrum);
+    a.settings.windowPlacement[3].left = 5;
+    writeSettings(a.settings, a.spectrum);
+    Kept expected = sample();
+    expected.settings.peakSets[0].pkHigh = 77;
+    expected.settings.marigoldDir = "/other";
+    expected.spectrum.useFileCalibration = 1;
+    expected.settings.windowPlacement[3].left = 5;
+    EXPECT_EQ(folder_.read("kestrel.inf"), written(expected));
+    folder_.write("kestrel.inf", "");
+    writePeakRegions(a.settings, a.spectrum);  // as it was
+    EXPECT_EQ(folder_.read("kestrel.inf"), "");
+    writeSettings(a.settings, a.spectrum);  // a file that another has lost
+    EXPECT_EQ(read().settings.peakSets[0].pkHigh, 77);
 }
 
 TEST_F(SettingsFile, MakesTheLastDirectoryCurrentWhereItExists) {
