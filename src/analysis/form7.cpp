@@ -242,17 +242,20 @@ void Form7::enterCursorChannel(std::int16_t cursorCh) {
 void Form7::Command1_Click() {
     if (run([this] { return previousDataSet(work_); }))
         focusBound(1);
+    emit setsChanged();
     emit regionsChanged();
 }
 
 void Form7::Command2_Click() {
     if (run([this] { return nextDataSet(work_); }))
         focusBound(1);
+    emit setsChanged();
     emit regionsChanged();
 }
 
 void Form7::Command3_Click() {
     run([this] { clearDataSet(work_); });
+    emit setsChanged();
     emit regionsChanged();
 }
 
@@ -333,6 +336,7 @@ void Form7::closeEvent(QCloseEvent* event) {
     if (!mayClose())
         return event->ignore();
     placement_ = placementOf(*this);
+    emit setsChanged();
     QWidget::closeEvent(event);
 }
 

@@ -56,6 +56,8 @@ class Form7 : public QWidget {
   signals:
     // The plot must draw the regions again.
     void regionsChanged();
+    // A set was committed, cleared or left: the table of sets may have changed.
+    void setsChanged();
 
   protected:
     void closeEvent(QCloseEvent* event) override;

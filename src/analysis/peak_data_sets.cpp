@@ -229,6 +229,14 @@ bool isUntouched(const PeakAreaWork& work) {
            });
 }
 
+void keepEntered(const PeakAreaWork& work) {
+    const PeakRegions regions = enteredRegions(work.state.fields.bounds);
+    if (faultOf(regions) != nullptr)
+        return;
+    store(regions, current(work));
+    current(work).name.assign(work.state.fields.remark);
+}
+
 bool enterCursorChannel(const PeakAreaWork& work, std::int16_t cursorCh,
                         const std::function<void()>& regionsChanged) {
     PeakAreaFields& fields = work.state.fields;

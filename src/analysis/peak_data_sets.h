@@ -66,6 +66,10 @@ void clearDataSet(const PeakAreaWork& work);
 // need not be told that its regions are out of order.
 bool isUntouched(const PeakAreaWork& work);
 
+// Stores bounds in order and the remark in the current set without a question, for the end of the
+// session. Faults: Overflow.
+void keepEntered(const PeakAreaWork& work);
+
 // Puts the cursor's channel into the bound whose turn it is and measures, unless a bound is still
 // 0. `regionsChanged` runs in between: the regions have changed, nothing is measured yet. False
 // when it is no bound's turn.

@@ -1,6 +1,7 @@
 #include "app/form2.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -12,6 +13,7 @@
 #include "base/qt/fonts.h"
 #include "base/qt/placement.h"
 #include "base/qt/text_codec.h"
+#include "base/runtime_fault.h"
 #include "version.h"
 
 namespace kestrel {
@@ -199,27 +201,50 @@ bool Form2::closeOtherWindows() {
     return true;
 }
 
-// Settings that could not be saved do not keep the user here for ever.
-bool Form2::mayLeave() {
-    return settingsUnsaved_ &&
-           dialogs_.message(
-               {.text = "The settings could not be saved.\nLeave without saving them ?",
-                .title = "Check...",
-                .icon = Icon::Question,
-                .buttons = Buttons::OkCancel});
+// Settings that cannot be saved do not keep the user here for ever.
+bool Form2::saveSettings() {
+    try {
+        writeSettings(module_.settings, module_.spectrum);
+        return true;
+    } catch (const RuntimeFault& fault) {
+        return dialogs_.message(
+            {.text = "The settings could not be saved.\nLeave without saving them ?",
+             .title = "Check...",
+             .icon = Icon::Question,
+             .buttons = Buttons::OkCancel,
+             .details = std::string(fault.text()) + '\n' + fault.subject()});
+    }
+}
+
+// Told once; the exit tries and tells again.
+void Form2::savePeakRegions() {
+    try {
+        writePeakRegions(module_.settings, module_.spectrum);
+        regionsUnsaved_ = false;
+    } catch (const RuntimeFault& fault) {
+        if (!std::exchange(regionsUnsaved_, true))
+            dialogs_.message({.text = "The peak regions could not be saved.",
+                              .icon = Icon::Exclamation,
+                              .details = std::string(fault.text()) + '\n' + fault.subject()});
+    }
+}
+
+void Form2::endSession() {
+    module_.settings.windowPlacement[mainPlacement] = placementOf(*this);
+    try {
+        if (form7_ && form7_->isVisible())
+            keepEntered(peakAreaWork());
+        writeSettings(module_.settings, module_.spectrum);
+    } catch (const RuntimeFault&) {
+        // Nobody is left to be told.
+    }
 }
 
 void Form2::closeEvent(QCloseEvent* event) {
     module_.settings.windowPlacement[mainPlacement] = placementOf(*this);
-    event->ignore();
-    if (!closeOtherWindows())
-        return;
-    if (!mayLeave()) {
-        settingsUnsaved_ = true;
-        writeSettings(module_.settings, module_.spectrum);
-        settingsUnsaved_ = false;
-    }
-    event->accept();
+    event->ignore();  // also where one of the others ends in a fault
+    if (closeOtherWindows() && saveSettings())
+        event->accept();
 }
 
 void Form2::showStatus(std::string_view text) {

@@ -34,6 +34,9 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     // Opens a file handed over from outside; `path` is a full one.
     void openSpectrumPath(const std::string& path);
 
+    // Saves the settings without a question, as the session ends.
+    void endSession();
+
     // Draws what is still to be drawn; for tests and screenshots.
     const QImage& picture() { return Picture1->picture(); }
 
@@ -93,7 +96,8 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void showDataInformation();
     void showPrintPreview();
     bool closeOtherWindows();
-    bool mayLeave();
+    bool saveSettings();
+    void savePeakRegions();
 
     void showStatus(std::string_view text) override;
     void placeCursorMark(const CursorMark& mark) override;
@@ -110,9 +114,9 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     SpectrumView view_;
     std::unique_ptr<Form7> form7_;
     std::unique_ptr<Form10> form10_;
-    QPointer<Form9> form9_;         // a closed one is gone
-    QPointer<Form12> form12_;       // likewise
-    bool settingsUnsaved_ = false;  // the last attempt to save them failed
+    QPointer<Form9> form9_;        // a closed one is gone
+    QPointer<Form12> form12_;      // likewise
+    bool regionsUnsaved_ = false;  // the last attempt to save them failed
 };
 
 // "Kestrel  Ver: 1. 0 Rev: 0", blanks included.

@@ -169,6 +169,7 @@ void Form2::pkarea_Click() {
         peakAreaWork(), module_.settings.windowPlacement[peakAreaPlacement],
         [this] { showPeakAreaResults(); }, this);
     connect(form7_.get(), &Form7::regionsChanged, this, [this] { view_.redraw(); });
+    connect(form7_.get(), &Form7::setsChanged, this, &Form2::savePeakRegions);
     form7_->Form_Load();
     activateWindow();
     focusPlot();

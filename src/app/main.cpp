@@ -13,6 +13,7 @@
 #include "app/module1.h"
 #include "app/nuclide_location.h"
 #include "app/places.h"
+#include "app/session_end.h"
 #include "base/qt/kestrel_application.h"
 #include "base/qt/outside_paths.h"
 #include "base/qt/qt_dialogs.h"
@@ -42,6 +43,7 @@ int main(int argc, char** argv) {
         });
 
     kestrel::Form2 form2(*module, dialogs);
+    const kestrel::SessionEnd sessionEnd([&form2] { form2.endSession(); });
     form2.show();
     // In the event loop, where faults are caught.
     if (!path.empty())

@@ -1,4 +1,7 @@
 // The main window, worked by keys, buttons, menus, drops and the wheel.
+#include <csignal>
+#include <cstdio>
+
 #include <QClipboard>
 #include <QDialog>
 #include <QDropEvent>
@@ -6,6 +9,7 @@
 #include <QUrl>
 #include <QWheelEvent>
 
+#include "app/session_end.h"
 #include "chn_bytes.h"
 #include "spectrum/energy_calibration.h"
 #include "window_fixture.h"
@@ -430,17 +434,62 @@ TEST_F(MainWindow, SavesPlacesAndFoldersWhenItIsLeft) {
     EXPECT_EQ(form2->size(), QSize(790, 590));
 }
 
-TEST_F(MainWindow, KeepsTheWindowOpenOnceWhenSettingsCannotBeSaved) {
+TEST_F(MainWindow, AsksBeforeItIsLeftWithSettingsThatCannotBeSaved) {
     module->settings.systemDir = folder.write("no-folder", "") + "/below";
-    EXPECT_FALSE(form2->close());
-    ASSERT_EQ(dialogs.messages.size(), 1U);
-    EXPECT_EQ(dialogs.messages[0].text.substr(0, 15), "Run-time error ");
     dialogs.messageAnswer = false;
     EXPECT_FALSE(form2->close());
-    EXPECT_EQ(dialogs.messages.at(1).text,
+    ASSERT_EQ(dialogs.messages.size(), 1U);
+    EXPECT_EQ(dialogs.messages[0].text,
               "The settings could not be saved.\nLeave without saving them ?");
+    EXPECT_TRUE(dialogs.messages[0].details.ends_with("/below/kestrel.inf"));
     dialogs.messageAnswer = true;
     EXPECT_TRUE(form2->close());
+}
+
+TEST_F(MainWindow, HasSavedItsRegionsWheneverItIsKilled) {
+    openSample();
+    trigger("pkarea");
+    auto& form7 = *form2->findChild<Form7*>();
+    const auto saved = [this] {
+        auto restarted = std::make_unique<Module1>();
+        startModule1(*restarted, folder.path());
+        return restarted->settings;
+    };
+    const auto type = [&form7](int first) {
+        for (QLineEdit* bound :
+             {form7.Text1, form7.Text2, form7.Text3, form7.Text4, form7.Text5, form7.Text6}) {
+            bound->setText(QString::number(first += 10));
+            emit bound->textEdited(bound->text());
+        }
+    };
+    type(100);
+    QTest::mouseClick(form7.Command2, Qt::LeftButton);
+    EXPECT_EQ(saved().peakSetCount, 1);
+    type(200);
+    QTest::mouseClick(form7.Command1, Qt::LeftButton);
+    EXPECT_EQ(saved().peakSets[1].bkg1Low, 210);
+    QTest::mouseClick(form7.Command3, Qt::LeftButton);
+    EXPECT_EQ(saved().peakSetCount, 1);
+    type(300);
+    form7.close();
+    EXPECT_EQ(saved().peakSets[0].bkg1Low, 310);
+    trigger("pkarea");
+    auto& again = *form2->findChild<Form7*>();
+    again.Text1->setText("305");
+    emit again.Text1->textEdited("305");
+    form2->endSession();
+    EXPECT_EQ(saved().peakSets[0].bkg1Low, 305);
+    EXPECT_EQ(dialogs.messages.size(), 1U);  // of "Clear"
+}
+
+TEST(SessionEnd, SavesBeforeASignalEndsTheProgram) {
+    const auto endBy = [](int signal) {
+        const SessionEnd end([] { std::fputs("saved", stderr); });
+        std::raise(signal);
+        QApplication::processEvents();
+    };
+    for (const int signal : {SIGTERM, SIGHUP, SIGINT})
+        EXPECT_EXIT(endBy(signal), testing::KilledBySignal(signal), "saved");
 }
 
 TEST_F(MainWindow, IgnoresAPlacementThatIsNotWiderThan1000Twips) {
