@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "base/qt/number_field.h"
 #include "base/qt/text_codec.h"
 
 namespace kestrel {
@@ -32,6 +33,8 @@ Form5::Form5(Spectrum& spectrum, CalibrationTexts& kept, Dialogs& dialogs,
     connect(Check1, &QCheckBox::clicked, this, &Form5::Check1_Click);
     connect(Command1, &QPushButton::clicked, this, &Form5::Command1_Click);
     connect(Command2, &QPushButton::clicked, this, &Form5::reject);
+    for (QLineEdit* field : {Text1, Text2, Text3, Text4})
+        takeNumbers(*field);
     connect(Text1, &QLineEdit::returnPressed, Text2, qOverload<>(&QWidget::setFocus));
     connect(Text2, &QLineEdit::returnPressed, Text3, qOverload<>(&QWidget::setFocus));
     connect(Text3, &QLineEdit::returnPressed, Text4, qOverload<>(&QWidget::setFocus));

@@ -15,6 +15,7 @@
 #include <QValidator>
 
 #include "base/qt/modal_form.h"
+#include "base/qt/number_field.h"
 #include "base/qt/placement.h"
 #include "base/qt/text_codec.h"
 
@@ -198,11 +199,13 @@ void Form7::connectControls() {
     for (std::size_t i = 0; i < bounds().size(); ++i) {
         QLineEdit* bound = bounds()[i];
         bound->installEventFilter(this);
+        takeNumbers(*bound);
         connect(bound, &QLineEdit::textEdited, this,
                 [this, i](const QString& text) { fields_.bounds.texts[i] = fromWindow(text); });
         connect(bound, &QLineEdit::editingFinished, this, &Form7::regionsChanged);
     }
     Text11->setValidator(new RemarkLimit(Text11));
+    selectOnFocus(*Text11);
     connect(Text11, &QLineEdit::textEdited, this,
             [this](const QString& text) { fields_.remark = fromWindow(text); });
     connect(Command1, &QPushButton::clicked, this, &Form7::Command1_Click);

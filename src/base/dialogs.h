@@ -28,6 +28,7 @@ struct MessageBox {
 struct InputBox {
     std::string prompt;
     std::string title;
+    bool isNumber = false;  // a comma typed is a point
 };
 
 struct FileFilter {

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "base/qt/number_field.h"
 #include "base/qt/placement.h"
 #include "base/qt/text_codec.h"
 #include "base/virtual_key.h"
@@ -109,6 +110,7 @@ QWidget* Form9::entryFrame(const char* caption, std::initializer_list<int> entri
     for (const int number : entries) {
         auto* entry = new QLineEdit(frame);
         entry->setObjectName(numbered("Text2", number));
+        takeNumbers(*entry);
         entry->setAccessibleName(QStringLiteral("%1 %2").arg(
             QString::fromLatin1(caption), number % 2 == 0 ? tr("lowest") : tr("highest")));
         row->addWidget(entry);

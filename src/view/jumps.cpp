@@ -8,7 +8,8 @@ namespace kestrel {
 namespace {
 
 double askNumber(const char* prompt, Dialogs& dialogs) {
-    return parseLeadingNumber(dialogs.input({.prompt = prompt, .title = "Jump Cursol"}));
+    return parseLeadingNumber(
+        dialogs.input({.prompt = prompt, .title = "Jump Cursol", .isNumber = true}));
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 #include <QToolTip>
 
@@ -69,6 +70,17 @@ TEST(QtFileDialog, AddsAnEndingThatIsNotTyped) {
         const FileDialog request{
             .title = "Save as CSV", .filters = {{"csv file(s)", "*.csv"}}, .folder = folder.path()};
         EXPECT_EQ(dialogs.saveFile(request).path, folder.file(saved));
+    }
+}
+
+TEST(QtInputBox, TakesACommaInANumberForAPoint) {
+    QtDialogs dialogs;
+    for (const auto& [isNumber, answer] : {std::pair{true, "511.9"}, {false, "511,9"}}) {
+        whenOpen<QInputDialog>([](QInputDialog& box) {
+            QTest::keyClicks(box.findChild<QLineEdit*>(), "511,9");
+            box.accept();
+        });
+        EXPECT_EQ(dialogs.input({.prompt = "p", .title = "t", .isNumber = isNumber}), answer);
     }
 }
 

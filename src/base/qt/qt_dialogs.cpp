@@ -9,9 +9,11 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPrintDialog>
 
+#include "base/qt/number_field.h"
 #include "base/qt/print_job.h"
 #include "base/qt/text_codec.h"
 
@@ -148,11 +150,13 @@ bool QtDialogs::message(const MessageBox& box) {
 }
 
 std::string QtDialogs::input(const InputBox& box) {
-    bool accepted = false;
-    const QString text =
-        QInputDialog::getText(QApplication::activeWindow(), toSigns(box.title), toSigns(box.prompt),
-                              QLineEdit::Normal, QString(), &accepted);
-    return accepted ? fromWindow(text) : std::string();
+    QInputDialog dialog(QApplication::activeWindow());
+    dialog.setWindowTitle(toSigns(box.title));
+    dialog.setLabelText(toSigns(box.prompt));
+    dialog.setTextValue({});
+    if (auto* field = dialog.findChild<QLineEdit*>(); box.isNumber && field != nullptr)
+        takeNumbers(*field);
+    return dialog.exec() == QDialog::Accepted ? fromWindow(dialog.textValue()) : std::string();
 }
 
 FileChoice QtDialogs::openFile(const FileDialog& dialog) {
