@@ -13,10 +13,10 @@
 #include "app/module1.h"
 #include "app/nuclide_location.h"
 #include "app/places.h"
-#include "app/session_end.h"
 #include "base/qt/kestrel_application.h"
 #include "base/qt/outside_paths.h"
 #include "base/qt/qt_dialogs.h"
+#include "base/qt/session_end.h"
 
 int main(int argc, char** argv) {
     const kestrel::CommandLine line =

@@ -9,7 +9,7 @@
 #include <QUrl>
 #include <QWheelEvent>
 
-#include "app/session_end.h"
+#include "base/qt/session_end.h"
 #include "chn_bytes.h"
 #include "spectrum/energy_calibration.h"
 #include "window_fixture.h"

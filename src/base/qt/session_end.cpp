@@ -1,4 +1,4 @@
-#include "app/session_end.h"
+#include "base/qt/session_end.h"
 
 #include <utility>
 
