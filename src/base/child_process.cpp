@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "base/handle.h"
+
 #if defined(__unix__)
 #include <fcntl.h>
 #include <poll.h>
@@ -37,24 +39,6 @@ class FileActions {
 
   private:
     posix_spawn_file_actions_t actions_{};
-};
-
-class Handle {
-  public:
-    explicit Handle(int handle) : handle_(handle) {}
-    ~Handle() { close(); }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-
-    int get() const { return handle_; }
-    void close() {
-        if (handle_ >= 0)
-            ::close(handle_);
-        handle_ = -1;
-    }
-
-  private:
-    int handle_;
 };
 
 // Killed and waited for when it goes out of scope before its end.
