@@ -22,6 +22,10 @@ class ScriptedDialogs : public Dialogs {
         inputs.push_back(box);
         return inputAnswer;
     }
+    std::optional<std::size_t> choose(const ChoiceBox& box) override {
+        choices.push_back(box);
+        return messageAnswer ? std::optional(box.chosen) : std::nullopt;
+    }
     FileChoice openFile(const FileDialog& dialog) override {
         fileDialogs.push_back(dialog);
         return fileAnswer;
@@ -36,6 +40,7 @@ class ScriptedDialogs : public Dialogs {
 
     std::vector<MessageBox> messages;
     std::vector<InputBox> inputs;
+    std::vector<ChoiceBox> choices;
     std::vector<FileDialog> fileDialogs;
     bool messageAnswer = true;
     std::function<void()> duringMessage;

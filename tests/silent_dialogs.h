@@ -12,6 +12,7 @@ class SilentDialogs : public Dialogs {
   public:
     bool message(const MessageBox&) override { return true; }
     std::string input(const InputBox&) override { return {}; }
+    std::optional<std::size_t> choose(const ChoiceBox& box) override { return box.chosen; }
     FileChoice openFile(const FileDialog&) override { return {}; }
     FileChoice saveFile(const FileDialog&) override { return {}; }
     PageLayout pageLayout() override { return a4Page; }

@@ -87,6 +87,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void switchNuclideMarks();
     void BuildNuclideMarks();
     void openSpectrumFile();
+    void openAnyFile();
     OpenTarget openTarget();
     void showOpened(OpenResult result);
     void showCaption();

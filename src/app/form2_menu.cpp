@@ -56,6 +56,10 @@ void Form2::buildFileMenu() {
     add(20, "&Print");
     menu->addSeparator()->setObjectName(itemName("f11", 30));
     add(40, "E&xit");
+    menu->addSeparator();
+    QAction* any =
+        addItem(menu, QStringLiteral("openAny"), "Open &Any File...", [this] { openAnyFile(); });
+    any->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_O));
 }
 
 void Form2::buildJumpMenu() {

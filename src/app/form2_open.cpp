@@ -8,6 +8,7 @@
 #include "app/form2.h"
 #include "base/qt/outside_paths.h"
 #include "base/qt/text_codec.h"
+#include "spectrum/open_any.h"
 
 namespace kestrel {
 
@@ -16,9 +17,14 @@ void Form2::openSpectrumFile() {
                                          module_.lastFilterIndex, dialogs_));
 }
 
+void Form2::openAnyFile() {
+    showOpened(openAnySpectrum(openTarget(), module_.settings.lastDirectory,
+                               module_.lastFilterIndex, dialogs_));
+}
+
 void Form2::openSpectrumPath(const std::string& path) {
-    showOpened(kestrel::openSpectrumPath(path, openTarget(), module_.settings.lastDirectory,
-                                         module_.lastFilterIndex, dialogs_));
+    showOpened(openAnyPath(path, openTarget(), module_.settings.lastDirectory,
+                           module_.lastFilterIndex, dialogs_));
 }
 
 OpenTarget Form2::openTarget() {

@@ -2,7 +2,9 @@
 // pointer.
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,6 +31,14 @@ struct InputBox {
     std::string prompt;
     std::string title;
     bool isNumber = false;  // a comma typed is a point
+};
+
+// One of several, by a list.
+struct ChoiceBox {
+    std::string title;
+    std::string prompt;
+    std::vector<std::string> items;
+    std::size_t chosen = 0;  // at first
 };
 
 struct FileFilter {
@@ -70,6 +80,8 @@ class Dialogs {
     virtual bool message(const MessageBox& box) = 0;
     // The text typed; empty when cancelled.
     virtual std::string input(const InputBox& box) = 0;
+    // The index of an item; none when cancelled.
+    virtual std::optional<std::size_t> choose(const ChoiceBox& box) = 0;
     // A chosen file's folder becomes the current directory of the process.
     virtual FileChoice openFile(const FileDialog& dialog) = 0;
     virtual FileChoice saveFile(const FileDialog& dialog) = 0;

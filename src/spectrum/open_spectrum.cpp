@@ -113,6 +113,20 @@ OpenResult openSpectrumPath(const std::string& path, const OpenTarget& target,
                           lastFilterIndex, dialogs);
 }
 
+void finishOpening(const OpenTarget& target) {
+    Spectrum& spectrum = target.spectrum;
+    if (spectrum.useFileCalibration == 0)
+        spectrum.calCurrent = spectrum.calDefault;
+    computeDerivedArrays(spectrum, target.derived);
+    // Before the conversion of the times: the live time of the data information is in ticks.
+    target.headerLines = buildHeaderLines(spectrum);
+    for (const NamedValue& detail : spectrum.details)
+        target.headerLines.push_back(detail.name + ": " + detail.value);
+    spectrum.liveTimeTicks = spectrum.liveTime;
+    spectrum.liveTime = toInt32(spectrum.liveTime / ticksPerSecond);
+    spectrum.realTime = toInt32(spectrum.realTime / ticksPerSecond);
+}
+
 bool readSpectrumByFormat(int filterIndex, const OpenTarget& target, Dialogs& dialogs) {
     Spectrum& spectrum = target.spectrum;
     const ReadResult result = readWithFilter(filterIndex, spectrum, dialogs);
@@ -121,14 +135,8 @@ bool readSpectrumByFormat(int filterIndex, const OpenTarget& target, Dialogs& di
                          .details = result.reason});
         return false;
     }
-    if (spectrum.useFileCalibration == 0)
-        spectrum.calCurrent = spectrum.calDefault;
-    computeDerivedArrays(spectrum, target.derived);
-    // Before the conversion of the times: the live time of the data information is in ticks.
-    target.headerLines = buildHeaderLines(spectrum);
-    spectrum.liveTimeTicks = spectrum.liveTime;
-    spectrum.liveTime = toInt32(spectrum.liveTime / ticksPerSecond);
-    spectrum.realTime = toInt32(spectrum.realTime / ticksPerSecond);
+    spectrum.details.clear();
+    finishOpening(target);
     return true;
 }
 

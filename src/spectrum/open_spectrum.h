@@ -32,6 +32,10 @@ OpenResult openSpectrumFile(const OpenTarget& target, std::string& lastDirectory
 OpenResult openSpectrumPath(const std::string& path, const OpenTarget& target,
                             std::string& lastDirectory, int& lastFilterIndex, Dialogs& dialogs);
 
+// What follows the reading, whatever the format: the calibration that the user wants, the channel
+// arrays, the header lines, and the times in whole seconds. Faults: those of computeDerivedArrays.
+void finishOpening(const OpenTarget& target);
+
 // Reads `spectrum.filePath` with the reader of a filter entry (counted from 1), derives the channel
 // arrays and the header lines, and turns the times from 20 ms ticks into whole seconds. False,
 // after a message, when the name lacks the entry's extension or the file is not of its format.

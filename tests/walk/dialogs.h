@@ -31,6 +31,9 @@ class WalkDialogs : public QtDialogs {
         ++inputs;
         return showsRealOnes() ? QtDialogs::input(box) : files_.text();
     }
+    std::optional<std::size_t> choose(const ChoiceBox& box) override {
+        return random_.oneIn(3) ? std::nullopt : std::optional(box.chosen);
+    }
     FileChoice openFile(const FileDialog& dialog) override {
         if (dialog.title != "Open")
             return files_.database();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <iterator>
 #include <memory>
 #include <span>
 
@@ -97,6 +98,7 @@ std::string commonSample(const SampleWriter& writer) {
 std::vector<SampleFile> sampleFiles() {
     const auto common = threeNuclides(4096, {-0.35F, 0.4995F, 2e-8F}, 1);
     std::vector<SampleFile> files;
+    files.reserve(std::size(writers));
     for (const SampleWriter& writer : writers)
         files.push_back({commonSample(writer), writer.write(*common)});
     const SampleFile others[] = {

@@ -118,19 +118,24 @@ FileChoice chooseFile(const FileDialog& request, QFileDialog::AcceptMode mode) {
 }
 
 // So that no text makes a box that the screen has no room for: of a long line the middle is left
-// out, of many lines the end.
-QString boxText(const std::string& text) {
-    constexpr qsizetype longestLine = 300;
-    constexpr qsizetype mostLines = 20;
+// out, of many rows the end. A row of a box takes some 40 signs.
+QString boxText(const std::string& text, qsizetype mostRows) {
+    constexpr qsizetype signsInRow = 40;
+    constexpr qsizetype longestLine = 200;
     // A carriage return breaks the line too.
-    QStringList lines = asSigns(toWindow(text).replace(QLatin1Char('\r'), QLatin1Char('\n')))
-                            .split(QLatin1Char('\n'));
-    if (lines.size() > mostLines)
-        lines = lines.first(mostLines) << QStringLiteral("...");
-    for (QString& line : lines) {
+    const QString plain = asSigns(toWindow(text).replace(QLatin1Char('\r'), QLatin1Char('\n')));
+    QStringList lines;
+    qsizetype rows = 0;
+    for (QString line : plain.split(QLatin1Char('\n'))) {
         if (line.size() > longestLine)
             line =
                 line.left(longestLine / 2) + QStringLiteral(" ... ") + line.right(longestLine / 2);
+        rows += 1 + line.size() / signsInRow;
+        if (rows > mostRows) {
+            lines += QStringLiteral("...");
+            break;
+        }
+        lines += line;
     }
     return lines.join(QLatin1Char('\n'));
 }
@@ -141,8 +146,10 @@ bool QtDialogs::message(const MessageBox& box) {
     QMessageBox dialog(QApplication::activeWindow());
     dialog.setIcon(toQtIcon(box.icon));
     dialog.setWindowTitle(toSigns(box.title));
-    dialog.setText(boxText(box.text));
-    dialog.setInformativeText(boxText(box.details));
+    constexpr qsizetype textRows = 14;
+    constexpr qsizetype detailRows = 9;
+    dialog.setText(boxText(box.text, textRows));
+    dialog.setInformativeText(boxText(box.details, detailRows));
     dialog.setStandardButtons(box.buttons == Buttons::Ok ? QMessageBox::Ok
                                                          : QMessageBox::Ok | QMessageBox::Cancel);
     dialog.setDefaultButton(QMessageBox::Ok);
@@ -157,6 +164,23 @@ std::string QtDialogs::input(const InputBox& box) {
     if (auto* field = dialog.findChild<QLineEdit*>(); box.isNumber && field != nullptr)
         takeNumbers(*field);
     return dialog.exec() == QDialog::Accepted ? fromWindow(dialog.textValue()) : std::string();
+}
+
+std::optional<std::size_t> QtDialogs::choose(const ChoiceBox& box) {
+    QStringList items;
+    for (const std::string& item : box.items)
+        items += toSigns(item);
+    QInputDialog dialog(QApplication::activeWindow());
+    dialog.setWindowTitle(toSigns(box.title));
+    dialog.setLabelText(toSigns(box.prompt));
+    dialog.setOption(QInputDialog::UseListViewForComboBoxItems);
+    dialog.setComboBoxItems(items);
+    dialog.setTextValue(items.value(static_cast<qsizetype>(box.chosen)));
+    dialog.resize(560, 340);  // a name, a time and a sum without scrolling
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    const qsizetype index = items.indexOf(dialog.textValue());
+    return index < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(index));
 }
 
 FileChoice QtDialogs::openFile(const FileDialog& dialog) {

@@ -15,6 +15,7 @@ class QtDialogs : public Dialogs {
   public:
     bool message(const MessageBox& box) override;
     std::string input(const InputBox& box) override;
+    std::optional<std::size_t> choose(const ChoiceBox& box) override;
     FileChoice openFile(const FileDialog& dialog) override;
     FileChoice saveFile(const FileDialog& dialog) override;
     PageLayout pageLayout() override;
