@@ -26,9 +26,13 @@ struct Marks {
         return counts[static_cast<std::size_t>(channel)];
     }
     double& at(std::ptrdiff_t channel) const { return measure[static_cast<std::size_t>(channel)]; }
-    void setUnlessMarked(std::ptrdiff_t channel, double value) const {
-        if (contains(channel) && at(channel) <= background)
+    // Over nothing above `highest`.
+    void setUpTo(std::ptrdiff_t channel, double value, double highest) const {
+        if (contains(channel) && at(channel) <= highest)
             at(channel) = value;
+    }
+    void setUnlessMarked(std::ptrdiff_t channel, double value) const {
+        setUpTo(channel, value, background);
     }
 };
 
@@ -51,24 +55,35 @@ void requireSumsFit(std::span<const std::int32_t> counts) {
     narrow32(smallest);
 }
 
-// Marks one side of a peak down to where the counts stop falling; `step` is -1 or 1. Returns how
-// many channels the flank has.
-std::ptrdiff_t markFlank(const Marks& marks, std::ptrdiff_t centre, std::ptrdiff_t step,
-                         double value) {
+// The last channel of one side of a peak: down to where the counts stop falling. `step` is -1 or 1.
+std::ptrdiff_t footOf(const Marks& marks, std::ptrdiff_t centre, std::ptrdiff_t step) {
     std::ptrdiff_t channel = centre + step;
-    marks.at(channel) = value;
-    while (marks.contains(channel + step) &&
-           marks.countAt(channel + step) < marks.countAt(channel)) {
+    while (marks.contains(channel + step) && marks.countAt(channel + step) < marks.countAt(channel))
         channel += step;
-        marks.setUnlessMarked(channel, value);
-    }
-    return (channel - centre) * step;
+    return channel;
+}
+
+// Returns how many channels the flank has, as the next one.
+std::ptrdiff_t markLeftFlank(const Marks& marks, std::ptrdiff_t centre) {
+    const std::ptrdiff_t foot = footOf(marks, centre, -1);
+    marks.at(centre - 1) = leftFlank;
+    for (std::ptrdiff_t channel = centre - 2; channel >= foot; --channel)
+        marks.setUnlessMarked(channel, leftFlank);
+    return centre - foot;
+}
+
+// It covers everything but the centre of a peak.
+std::ptrdiff_t markRightFlank(const Marks& marks, std::ptrdiff_t centre) {
+    const std::ptrdiff_t foot = footOf(marks, centre, 1);
+    for (std::ptrdiff_t channel = centre + 1; channel <= foot; ++channel)
+        marks.setUpTo(channel, rightFlank, peakCentreMeasure);
+    return foot - centre;
 }
 
 // A flank that noise has cut short reaches at least as far as the one on the other side.
 void markSurroundings(const Marks& marks, std::ptrdiff_t centre) {
-    const std::ptrdiff_t left = markFlank(marks, centre, -1, leftFlank);
-    const std::ptrdiff_t right = markFlank(marks, centre, 1, rightFlank);
+    const std::ptrdiff_t left = markLeftFlank(marks, centre);
+    const std::ptrdiff_t right = markRightFlank(marks, centre);
     for (std::ptrdiff_t distance = 1; distance <= std::max(left, right); ++distance) {
         marks.setUnlessMarked(centre - distance, mirroredFlank);
         marks.setUnlessMarked(centre + distance, mirroredFlank);

@@ -204,6 +204,19 @@ TEST(PeakMeasure, MarksTheFallingFlanksAndMirrorsTheLongerOne) {
     EXPECT_EQ(std::ranges::count(measure, 0.0), 200 - 11);
 }
 
+// The long left foot of the first, mirrored, reaches over the second.
+TEST(PeakMeasure, MarksARightFlankOverEverythingButACentre) {
+    std::vector<std::int32_t> counts(200, 100);
+    for (int k = 0; k < 20; ++k)
+        counts[static_cast<std::size_t>(78 + k)] = 101 + k;
+    const std::int32_t peaks[] = {3000, 9000, 3000, 200, 100, 100, 200, 3000, 9000, 3000, 200, 150};
+    std::ranges::copy(peaks, counts.begin() + 98);
+    const std::vector<double> measure = measureOf(counts);
+    using testing::Gt;
+    EXPECT_THAT(std::vector<double>(measure.begin() + 105, measure.begin() + 112),
+                ElementsAre(4, Gt(10.0), 8, 8, 8, 8, 2));
+}
+
 TEST(PeakMeasure, StopsItsFlanksAtTheEndsOfTheSpectrum) {
     auto counts =
         drawn(40, [](int k) { return 10000 * std::exp(-std::abs(k - 12) / 2.0) + 12 - k; });
