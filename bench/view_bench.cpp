@@ -15,14 +15,14 @@
 #include <QTemporaryDir>
 #include <qcustomplot.h>
 
-#include "app/form2.h"
+#include "app/form2_main_window.h"
 #include "app/module1.h"
-#include "base/qt/kestrel_application.h"
-#include "base/qt/painter_canvas.h"
-#include "base/qt/print_job.h"
-#include "base/qt/qt_dialogs.h"
 #include "print/spectrum_printout.h"
 #include "spectrum/open_spectrum.h"
+#include "ui/kestrel_application.h"
+#include "ui/painter_canvas.h"
+#include "ui/print_job.h"
+#include "ui/qt_dialogs.h"
 #include "view/plot.h"
 
 namespace {

@@ -9,11 +9,11 @@
 #include <QApplication>
 #include <QTest>
 
-#include "app/form2.h"
+#include "app/form2_main_window.h"
 #include "app/module1.h"
-#include "base/qt/kestrel_application.h"
 #include "scripted_dialogs.h"
 #include "temp_folder.h"
+#include "ui/kestrel_application.h"
 
 namespace kestrel::test {
 

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "app/form2.h"
+#include "app/form2_main_window.h"
 #include "app/nuclide_location.h"
 #include "base/directory_choice.h"
 #include "base/integers.h"

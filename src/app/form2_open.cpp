@@ -5,10 +5,10 @@
 #include <QFile>
 #include <QMimeData>
 
-#include "app/form2.h"
-#include "base/qt/outside_paths.h"
-#include "base/qt/text_codec.h"
+#include "app/form2_main_window.h"
 #include "spectrum/open_any.h"
+#include "ui/outside_paths.h"
+#include "ui/text_codec.h"
 
 namespace kestrel {
 

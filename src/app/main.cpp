@@ -9,14 +9,14 @@
 #include <QStandardPaths>
 
 #include "app/command_line.h"
-#include "app/form2.h"
+#include "app/form2_main_window.h"
 #include "app/module1.h"
 #include "app/nuclide_location.h"
 #include "app/places.h"
-#include "base/qt/kestrel_application.h"
-#include "base/qt/outside_paths.h"
-#include "base/qt/qt_dialogs.h"
-#include "base/qt/session_end.h"
+#include "ui/kestrel_application.h"
+#include "ui/outside_paths.h"
+#include "ui/qt_dialogs.h"
+#include "ui/session_end.h"
 
 int main(int argc, char** argv) {
     const kestrel::CommandLine line =

@@ -10,9 +10,9 @@
 #include <QWindow>
 
 #include "base/palette.h"
-#include "base/qt/colours.h"
-#include "base/qt/fonts.h"
-#include "base/qt/virtual_keys.h"
+#include "ui/colours.h"
+#include "ui/fonts.h"
+#include "ui/virtual_keys.h"
 
 namespace kestrel {
 namespace {

@@ -5,7 +5,7 @@
 #include <QImage>
 #include <QWidget>
 
-#include "base/qt/painter_canvas.h"
+#include "ui/painter_canvas.h"
 #include "view/spectrum_view.h"
 
 namespace kestrel {

@@ -10,8 +10,8 @@
 #include <QWheelEvent>
 
 #include "app/nuclide_location.h"
-#include "base/qt/kestrel_application.h"
-#include "base/qt/text_codec.h"
+#include "ui/kestrel_application.h"
+#include "ui/text_codec.h"
 #include "walk/walk.h"
 
 namespace kestrel::walk {

@@ -9,9 +9,9 @@
 #include <QApplication>
 #include <QPrinter>
 
-#include "base/qt/print_job.h"
-#include "base/qt/qt_dialogs.h"
 #include "base/runtime_fault.h"
+#include "ui/print_job.h"
+#include "ui/qt_dialogs.h"
 #include "walk/files.h"
 
 namespace kestrel::walk {

@@ -5,7 +5,7 @@
 
 #include <QTimer>
 
-#include "base/qt/kestrel_application.h"
+#include "ui/kestrel_application.h"
 #include "walk/walk.h"
 
 namespace {

@@ -8,7 +8,7 @@
 #include <QApplication>
 #include <QFile>
 
-#include "base/qt/text_codec.h"
+#include "ui/text_codec.h"
 #include "view/status_text.h"
 
 namespace kestrel::walk {

@@ -8,7 +8,7 @@
 
 #include <QObject>
 
-#include "app/form2.h"
+#include "app/form2_main_window.h"
 #include "app/module1.h"
 #include "walk/dialogs.h"
 #include "walk/files.h"

@@ -4,10 +4,10 @@
 
 #include <QTimer>
 
-#include "analysis/form11.h"
-#include "analysis/form5.h"
+#include "analysis/form11_results.h"
+#include "analysis/form5_energy_calibration.h"
 #include "analysis/net_area.h"
-#include "app/form6.h"
+#include "app/form6_directory.h"
 #include "chn_bytes.h"
 #include "window_fixture.h"
 

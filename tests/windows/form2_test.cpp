@@ -9,9 +9,9 @@
 #include <QUrl>
 #include <QWheelEvent>
 
-#include "base/qt/session_end.h"
 #include "chn_bytes.h"
 #include "spectrum/energy_calibration.h"
+#include "ui/session_end.h"
 #include "window_fixture.h"
 
 namespace kestrel {

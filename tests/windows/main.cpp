@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/qt/kestrel_application.h"
+#include "ui/kestrel_application.h"
 
 int main(int argc, char** argv) {
     // On a screen that no window of the tests is larger than.

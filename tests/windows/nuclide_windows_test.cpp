@@ -4,7 +4,7 @@
 #include <QClipboard>
 #include <QTimer>
 
-#include "app/form6.h"
+#include "app/form6_directory.h"
 #include "nuclide_fixture.h"
 #include "spectrum/energy_calibration.h"
 #include "window_fixture.h"

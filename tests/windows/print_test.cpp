@@ -6,13 +6,13 @@
 #include <QProcess>
 #include <QTimer>
 
-#include "analysis/form11.h"
+#include "analysis/form11_results.h"
 #include "base/deferred_canvas.h"
-#include "base/qt/painter_canvas.h"
-#include "base/qt/print_job.h"
 #include "base/runtime_fault.h"
-#include "print/form8.h"
+#include "print/form8_print_preview.h"
 #include "recording_job.h"
+#include "ui/painter_canvas.h"
+#include "ui/print_job.h"
 #include "window_fixture.h"
 
 namespace kestrel {

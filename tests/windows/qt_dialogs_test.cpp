@@ -1,4 +1,4 @@
-#include "base/qt/qt_dialogs.h"
+#include "ui/qt_dialogs.h"
 
 #include <gtest/gtest.h>
 
@@ -18,8 +18,8 @@
 #include <QTimer>
 #include <QToolTip>
 
-#include "base/qt/text_codec.h"
 #include "temp_folder.h"
+#include "ui/text_codec.h"
 
 namespace kestrel {
 namespace {

@@ -7,12 +7,12 @@
 #include <QKeyEvent>
 
 #include "base/palette.h"
-#include "base/qt/fonts.h"
-#include "base/qt/grid.h"
-#include "base/qt/outside_paths.h"
-#include "base/qt/painter_canvas.h"
-#include "base/qt/text_codec.h"
-#include "base/qt/virtual_keys.h"
+#include "ui/fonts.h"
+#include "ui/grid.h"
+#include "ui/outside_paths.h"
+#include "ui/painter_canvas.h"
+#include "ui/text_codec.h"
+#include "ui/virtual_keys.h"
 
 namespace kestrel {
 namespace {

@@ -1,0 +1,365 @@
+#include "analysis/form7_peak_area.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <QValidator>
+
+#include "ui/modal_form.h"
+#include "ui/number_field.h"
+#include "ui/placement.h"
+#include "ui/text_codec.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int boundColumns = 6;
+constexpr int sumColumns = 10;
+constexpr int resultColumns = 24;  // "-1.2345E+05 +- 1.234E+02"
+constexpr int remarkColumns = 24;
+
+// Ends the typing where the bytes of a remark are full: a kanji takes two or three of them.
+class RemarkLimit : public QValidator {
+  public:
+    using QValidator::QValidator;
+
+    State validate(QString& text, int& cursor) const override {
+        const auto full = [&text] { return fromWindow(text).size() > PeakAreaSet::nameBytes; };
+        while (cursor > 0 && full())
+            removeBefore(text, cursor);
+        return full() ? Invalid : Acceptable;
+    }
+
+  private:
+    // A whole character, also where it is a pair of surrogates.
+    static void removeBefore(QString& text, int& cursor) {
+        const bool pair = cursor > 1 && text[cursor - 1].isLowSurrogate();
+        cursor -= pair ? 2 : 1;
+        text.remove(cursor, pair ? 2 : 1);
+    }
+};
+
+}  // namespace
+
+Form7::Form7(const PeakAreaWork& work, WindowPlacement& placement,
+             std::function<void()> showResults, QWidget* parent)
+    : QWidget(parent, Qt::Dialog),
+      Text1(fixedPitchField(this, "Text1", boundColumns, "Low background, low channel")),
+      Text2(fixedPitchField(this, "Text2", boundColumns, "Low background, high channel")),
+      Text3(fixedPitchField(this, "Text3", boundColumns, "Peak, low channel")),
+      Text4(fixedPitchField(this, "Text4", boundColumns, "Peak, high channel")),
+      Text5(fixedPitchField(this, "Text5", boundColumns, "High background, low channel")),
+      Text6(fixedPitchField(this, "Text6", boundColumns, "High background, high channel")),
+      Text7(result("Text7", resultColumns, "Net area and error")),
+      Text8(result("Text8", resultColumns, "Counts per second and error")),
+      Text9(result("Text9", 4, "Number of the data set")),
+      Text10(result("Text10", 9, "Relative error in per cent")),
+      Text11(fixedPitchField(this, "Text11", remarkColumns, "Remark")),
+      Text12(result("Text12", sumColumns, "Sum of the low background")),
+      Text13(result("Text13", sumColumns, "Sum of the peak")),
+      Text14(result("Text14", sumColumns, "Sum of the high background")),
+      Command1(button("Command1", "&<", "Previous data set")),
+      Command2(button("Command2", "&>", "Next data set")),
+      Command3(button("Command3", "&Clear", "Clear this data set")),
+      work_(work),
+      fields_(work.state.fields),
+      placement_(placement),
+      showResults_(std::move(showResults)) {
+    setObjectName(QStringLiteral("Form7"));
+    setWindowTitle(QStringLiteral("pkArea"));
+    // The keys stay with the plot, which enters the bounds.
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    placeControls();
+    setTabOrders();
+    connectControls();
+    adjustSize();
+    if (placement_.width > narrowestPlacement)
+        place(*this, placement_);
+    else
+        moveBeside(*parent);
+}
+
+// Right of the main window as far as the screen allows, so that little of the plot is covered.
+void Form7::moveBeside(const QWidget& main) {
+    const QRect screen = main.screen()->availableGeometry();
+    const int rightmost = screen.right() - frameSize().width();
+    move(std::max(std::min(main.frameGeometry().right() + 1, rightmost), screen.left()),
+         main.geometry().top());
+}
+
+QLineEdit* Form7::result(const char* name, int columns, const char* accessible) {
+    QLineEdit* field = fixedPitchField(this, name, columns, accessible);
+    field->setReadOnly(true);
+    field->setFocusPolicy(Qt::ClickFocus);
+    QPalette colours = field->palette();
+    colours.setColor(QPalette::Base, colours.color(QPalette::Window));
+    field->setPalette(colours);
+    return field;
+}
+
+QPushButton* Form7::button(const char* name, const char* caption, const char* accessible) {
+    auto* made = new QPushButton(QString::fromLatin1(caption), this);
+    made->setObjectName(QString::fromLatin1(name));
+    made->setAccessibleName(QString::fromLatin1(accessible));
+    return made;
+}
+
+QLabel* Form7::label(const char* text) {
+    return new QLabel(QString::fromLatin1(text), this);
+}
+
+void Form7::placeControls() {
+    auto* menu = new QMenuBar(this);
+    QAction* output = menu->addAction(QStringLiteral("&Output"), this, &Form7::o1_Click);
+    output->setObjectName(QStringLiteral("o1"));
+    auto* column = new QVBoxLayout(this);
+    column->setMenuBar(menu);
+    column->addLayout(regionControls());
+    column->addLayout(resultControls());
+    column->addStretch();
+    column->addLayout(buttonRow());
+}
+
+QLayout* Form7::regionControls() {
+    auto* grid = new QGridLayout;
+    grid->addWidget(label("Low ch"), 0, 1, Qt::AlignHCenter);
+    grid->addWidget(label("High ch"), 0, 2, Qt::AlignHCenter);
+    grid->addWidget(label("sum"), 0, 3, Qt::AlignHCenter);
+    struct Row {
+        const char* caption;
+        QLineEdit* low;
+        QLineEdit* high;
+        QLineEdit* sum;
+    };
+    int place = 1;
+    for (const Row& row :
+         {Row{"&BKG1(l)", Text1, Text2, Text12}, Row{"&Peak", Text3, Text4, Text13},
+          Row{"B&KG2(h)", Text5, Text6, Text14}}) {
+        QLabel* caption = label(row.caption);
+        caption->setBuddy(row.low);
+        grid->addWidget(caption, place, 0);
+        grid->addWidget(row.low, place, 1);
+        grid->addWidget(row.high, place, 2);
+        grid->addWidget(row.sum, place, 3);
+        ++place;
+    }
+    grid->setColumnStretch(3, 1);
+    return grid;
+}
+
+QLayout* Form7::resultControls() {
+    auto* grid = new QGridLayout;
+    grid->addWidget(label("Net Area"), 0, 0);
+    grid->addWidget(Text7, 0, 1, 1, 2);
+    grid->addWidget(label("CPS"), 1, 0);
+    grid->addWidget(Text8, 1, 1, 1, 2);
+    grid->addWidget(label("error(%)"), 2, 0);
+    grid->addWidget(Text10, 2, 1);
+    QLabel* remark = label("&Remark");
+    remark->setBuddy(Text11);
+    grid->addWidget(remark, 3, 0);
+    grid->addWidget(Text11, 3, 1, 1, 2);
+    grid->setColumnStretch(2, 1);
+    return grid;
+}
+
+QLayout* Form7::buttonRow() {
+    auto* row = new QHBoxLayout;
+    row->addWidget(Command1);
+    row->addWidget(Text9);
+    row->addWidget(Command2);
+    row->addStretch();
+    row->addWidget(Command3);
+    Text9->setFixedWidth(Text9->minimumWidth());
+    return row;
+}
+
+void Form7::setTabOrders() {
+    QWidget* order[] = {Text1, Text2,  Text3,    Text4,    Text5,
+                        Text6, Text11, Command1, Command2, Command3};
+    for (std::size_t i = 1; i < std::size(order); ++i)
+        setTabOrder(order[i - 1], order[i]);
+    // Enter goes the same way, as far as ">".
+    QWidget* next[] = {Text2, Text3, Text4, Text5, Text6, Text11};
+    for (std::size_t i = 0; i < std::size(next); ++i)
+        connect(bounds()[i], &QLineEdit::returnPressed, next[i], qOverload<>(&QWidget::setFocus));
+    connect(Text11, &QLineEdit::returnPressed, Command2, qOverload<>(&QWidget::setFocus));
+}
+
+void Form7::connectControls() {
+    for (std::size_t i = 0; i < bounds().size(); ++i) {
+        QLineEdit* bound = bounds()[i];
+        bound->installEventFilter(this);
+        takeNumbers(*bound);
+        connect(bound, &QLineEdit::textEdited, this,
+                [this, i](const QString& text) { fields_.bounds.texts[i] = fromWindow(text); });
+        connect(bound, &QLineEdit::editingFinished, this, &Form7::regionsChanged);
+    }
+    Text11->setValidator(new RemarkLimit(Text11));
+    selectOnFocus(*Text11);
+    connect(Text11, &QLineEdit::textEdited, this,
+            [this](const QString& text) { fields_.remark = fromWindow(text); });
+    connect(Command1, &QPushButton::clicked, this, &Form7::Command1_Click);
+    connect(Command2, &QPushButton::clicked, this, &Form7::Command2_Click);
+    connect(Command3, &QPushButton::clicked, this, &Form7::Command3_Click);
+}
+
+template <typename Operation>
+auto Form7::run(Operation operation) {
+    struct AtTheEnd {
+        Form7& form;
+        ~AtTheEnd() { form.showFields(); }
+    };
+    const AtTheEnd show{*this};
+    return operation();
+}
+
+void Form7::Form_Load() {
+    work_.state.currentSet = 0;
+    focusBound(1);
+    fields_.bounds.shown = true;
+    show();
+    run([this] { showDataSet(work_); });
+    emit regionsChanged();
+}
+
+void Form7::enterCursorChannel(std::int16_t cursorCh) {
+    run([&] {
+        kestrel::enterCursorChannel(work_, cursorCh, [this] {
+            showFields();
+            focusBound(work_.state.focusedField);
+            emit regionsChanged();
+        });
+    });
+}
+
+void Form7::Command1_Click() {
+    if (run([this] { return previousDataSet(work_); }))
+        focusBound(1);
+    emit setsChanged();
+    emit regionsChanged();
+}
+
+void Form7::Command2_Click() {
+    if (run([this] { return nextDataSet(work_); }))
+        focusBound(1);
+    emit setsChanged();
+    emit regionsChanged();
+}
+
+void Form7::Command3_Click() {
+    run([this] { clearDataSet(work_); });
+    emit setsChanged();
+    emit regionsChanged();
+}
+
+void Form7::o1_Click() {
+    showResults_();
+}
+
+void Form7::showFields() {
+    const std::pair<QLineEdit*, const std::string*> contents[] = {
+        {Text1, &fields_.bounds.texts[0]},
+        {Text2, &fields_.bounds.texts[1]},
+        {Text3, &fields_.bounds.texts[2]},
+        {Text4, &fields_.bounds.texts[3]},
+        {Text5, &fields_.bounds.texts[4]},
+        {Text6, &fields_.bounds.texts[5]},
+        {Text7, &fields_.net},
+        {Text8, &fields_.cps},
+        {Text9, &fields_.index},
+        {Text10, &fields_.relativeError},
+        {Text11, &fields_.remark},
+        {Text12, &fields_.sums[0]},
+        {Text13, &fields_.sums[1]},
+        {Text14, &fields_.sums[2]},
+    };
+    for (const auto& [field, text] : contents) {
+        const QString shown = toWindow(*text);
+        if (field->text() != shown)
+            field->setText(shown);
+    }
+    showFocusedField();
+}
+
+// The bound has the focus in this window, also while the main window is the active one.
+void Form7::focusBound(std::int16_t number) {
+    work_.state.focusedField = number;
+    bounds()[static_cast<std::size_t>(number) - 1]->setFocus();
+    showFocusedField();
+}
+
+// The bound that a right click into the plot fills next.
+void Form7::showFocusedField() {
+    for (std::size_t i = 0; i < bounds().size(); ++i) {
+        const bool next = static_cast<int>(i) + 1 == work_.state.focusedField;
+        QPalette colours = palette();
+        if (next) {
+            colours.setColor(QPalette::Base, QColor(255, 255, 192));
+            colours.setColor(QPalette::Text, Qt::black);
+        }
+        bounds()[i]->setPalette(colours);
+    }
+}
+
+bool Form7::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusIn) {
+        for (std::size_t i = 0; i < bounds().size(); ++i) {
+            if (bounds()[i] == watched)
+                work_.state.focusedField = static_cast<std::int16_t>(i + 1);
+        }
+        showFocusedField();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+bool Form7::leave() {
+    const QScopedValueRollback<bool> leaving(leaving_, true);
+    return close();
+}
+
+// Regions out of order keep the window open. A fault does not: with a spectrum of no live time
+// nobody could ever leave.
+bool Form7::mayClose() {
+    if (leaving_ && isUntouched(work_))
+        return true;
+    return run([this] { return computePeakArea(work_); }) != AreaStatus::Failed;
+}
+
+void Form7::closeEvent(QCloseEvent* event) {
+    if (!mayClose())
+        return event->ignore();
+    placement_ = placementOf(*this);
+    emit setsChanged();
+    QWidget::closeEvent(event);
+}
+
+void Form7::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    if (event->spontaneous())
+        return;
+    fields_.bounds.shown = false;
+    emit regionsChanged();
+}
+
+void Form7::keyPressEvent(QKeyEvent* event) {
+    auto* focused = qobject_cast<QPushButton*>(focusWidget());
+    if (event->key() == Qt::Key_Escape)
+        close();
+    else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+             focused != nullptr)
+        focused->click();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+}  // namespace kestrel

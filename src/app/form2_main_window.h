@@ -1,0 +1,126 @@
+// Form2, the main window: one spectrum in its plot area, a row of buttons, the status line and the
+// menus.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <QAction>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QPointer>
+#include <QPushButton>
+
+#include "analysis/form7_peak_area.h"
+#include "app/module1.h"
+#include "base/dialogs.h"
+#include "nuclide/form12_nuclide_data.h"
+#include "nuclide/form9_energy_list.h"
+#include "spectrum/form10_data_information.h"
+#include "spectrum/open_spectrum.h"
+#include "view/picture_box.h"
+#include "view/spectrum_view.h"
+
+namespace kestrel {
+
+class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
+    Q_OBJECT
+
+  public:
+    // Both must outlive the window. The state is started already.
+    Form2(Module1& module, Dialogs& dialogs);
+
+    // Opens a file handed over from outside; `path` is a full one.
+    void openSpectrumPath(const std::string& path);
+
+    // Saves the settings without a question, as the session ends.
+    void endSession();
+
+    // Draws what is still to be drawn; for tests and screenshots.
+    const QImage& picture() { return Picture1->picture(); }
+
+    PictureBox* const Picture1;
+    QPushButton* const Command1;
+    QPushButton* const Command2;
+    QPushButton* const Command3;
+    QPushButton* const Command4;
+    QPushButton* const Command5;
+    QPushButton* const Command6;
+    QPushButton* const Command7;
+    QLineEdit* const Text1;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    // Menus. The indices of f11 have gaps on purpose.
+    void buildMenus();
+    void buildFileMenu();
+    void buildJumpMenu();
+    void buildOptionMenu();
+    void buildWindowMenu();
+    void f11_Click(int index);
+    void o11_Click(int index);
+    void o111_Click(int index);
+    void calibrateEnergy();
+    void pkarea_Click();
+    void jump_ch_Click();
+    void jump_engy_Click();
+    void win_wngy_Click();
+    void win_nd_Click();
+
+    void placeControls();
+    void connectControls();
+    void Form_Load();
+    void Picture1_Resize();
+    void Picture1_MouseDown(int button, int shift, double x, double y);
+
+    void askNuclide();
+    void selectNuclide(const std::string& key);
+    void chooseDatabaseDir();
+    void switchNuclideMarks();
+    void BuildNuclideMarks();
+    void openSpectrumFile();
+    void openAnyFile();
+    OpenTarget openTarget();
+    void showOpened(OpenResult result);
+    void showCaption();
+    PeakAreaWork peakAreaWork();
+    void showPeakAreaResults();
+    void chooseDirectory(const std::string& caption, const std::string& label, QWidget* over);
+    void showDataInformation();
+    void showPrintPreview();
+    bool closeOtherWindows();
+    bool saveSettings();
+    void savePeakRegions();
+
+    void showStatus(std::string_view text) override;
+    void placeCursorMark(const CursorMark& mark) override;
+    void showCountAxis(CountAxis axis) override;
+    void focusPlot() override;
+    void run(PlotCommand command) override;
+
+    void showMainWindow() override;
+    void showEnergyList() override;
+    void showNuclideData() override;
+
+    Module1& module_;
+    Dialogs& dialogs_;
+    SpectrumView view_;
+    std::unique_ptr<Form7> form7_;
+    std::unique_ptr<Form10> form10_;
+    QPointer<Form9> form9_;        // a closed one is gone
+    QPointer<Form12> form12_;      // likewise
+    bool regionsUnsaved_ = false;  // the last attempt to save them failed
+};
+
+// "Kestrel  Ver: 1. 0 Rev: 0", blanks included.
+QString baseCaption();
+
+}  // namespace kestrel

@@ -1,0 +1,119 @@
+#include "nuclide/form12_nuclide_data.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QVBoxLayout>
+
+#include "base/virtual_key.h"
+#include "nuclide/nuclide_key.h"
+#include "ui/placement.h"
+#include "ui/text_codec.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int summaryLines = 3;
+
+}  // namespace
+
+Form12::Form12(NuclideDataContext context, QWidget* parent)
+    : QWidget(parent, Qt::Window),
+      List1(new TextList(this)),
+      Text1(new QLineEdit(this)),
+      MSFlexGrid1(new Grid(context.palette, this)),
+      context_(context) {
+    setObjectName(QStringLiteral("Form12"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(QStringLiteral("Kestrel - NuclData"));
+    context_.data = {};
+    placeControls();
+    resize(460, 560);
+    if (context_.placement.width > narrowestPlacement)
+        place(*this, context_.placement);
+    showData();
+    connect(MSFlexGrid1, &Grid::keyDown, this, &Form12::MSFlexGrid1_KeyDown);
+}
+
+void Form12::placeControls() {
+    List1->setObjectName(QStringLiteral("List1"));
+    List1->setAccessibleName(tr("Half-life and decay modes"));
+    List1->setFixedHeight(List1->fontMetrics().height() * summaryLines + 4 * summaryLines + 8);
+    Text1->setObjectName(QStringLiteral("Text1"));
+    Text1->setReadOnly(true);
+    Text1->setFocusPolicy(Qt::ClickFocus);
+    Text1->setAccessibleName(tr("Date of the data"));
+    MSFlexGrid1->setObjectName(QStringLiteral("MSFlexGrid1"));
+    MSFlexGrid1->setAccessibleName(tr("Lines of the nuclide"));
+    auto* menu = new QMenuBar(this);
+    QAction* nuc1 = menu->addAction(QStringLiteral("&Nuclide"));
+    nuc1->setObjectName(QStringLiteral("nuc1"));
+    connect(nuc1, &QAction::triggered, this, &Form12::AskNuclide);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(6, 6, 6, 6);
+    column->setMenuBar(menu);
+    column->addWidget(List1);
+    column->addWidget(Text1);
+    column->addWidget(MSFlexGrid1, 1);
+    MSFlexGrid1->setFocus();
+}
+
+void Form12::AskNuclide() {
+    const std::optional<std::string> key = askNuclideKey(keyFromWindowName, context_.dialogs);
+    if (!key)
+        return;
+    context_.selectedNuclide = *key;
+    context_.data.forgetFailure();
+    ShowNuclideFromDatabase();
+}
+
+void Form12::ShowNuclideFromDatabase() {
+    showNuclideFromDatabase(context_.data, context_.selectedNuclide, context_.marigoldDir,
+                            context_.database, context_.dialogs, [this] { showData(); });
+}
+
+void Form12::showData() {
+    const NuclideData& shown = context_.data;
+    List1->clear();
+    for (const std::string& line : shown.summary)
+        List1->addItem(toSigns(line));
+    Text1->setText(toWindow(shown.updateText));
+    Text1->setToolTip(
+        shown.source.empty() ? QString() : QStringLiteral("Gamma lines: ") + toSigns(shown.source));
+    MSFlexGrid1->setFormat(nuclideListFormat);
+    std::vector<GridRow> rows;
+    for (const NuclideRow& line : shown.rows)
+        rows.push_back({{line.energy}, {line.intensity, line.intensityColour}, {line.definition}});
+    MSFlexGrid1->setRows(std::move(rows));
+    MSFlexGrid1->goTo(1, 1, 1);
+}
+
+void Form12::MSFlexGrid1_KeyDown(int keyCode) {
+    if (keyCode == 'N' || keyCode == virtual_key::f11)
+        context_.windows.showEnergyList();
+    else if (keyCode == 'X' || keyCode == virtual_key::f10)
+        context_.windows.showMainWindow();
+}
+
+// Queued, since a message may follow, which is no work for an activation event.
+void Form12::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        QMetaObject::invokeMethod(this, &Form12::ShowNuclideFromDatabase, Qt::QueuedConnection);
+}
+
+// A closed window lists nothing any more, so its nuclide has no marks on the plot either.
+void Form12::closeEvent(QCloseEvent* event) {
+    context_.placement = placementOf(*this);
+    context_.data = {};
+    QWidget::closeEvent(event);
+}
+
+void Form12::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape)
+        close();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+}  // namespace kestrel

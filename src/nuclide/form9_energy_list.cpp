@@ -1,0 +1,229 @@
+#include "nuclide/form9_energy_list.h"
+
+#include <algorithm>
+
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "base/virtual_key.h"
+#include "ui/number_field.h"
+#include "ui/placement.h"
+#include "ui/text_codec.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int listTab = 0;
+
+QString numbered(const char* name, int number) {
+    return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(number);
+}
+
+std::vector<GridRow> gridRows(const std::vector<EnergyRow>& list) {
+    std::vector<GridRow> rows;
+    rows.reserve(list.size());
+    for (const EnergyRow& line : list) {
+        GridRow& row = rows.emplace_back();
+        for (std::size_t column = 1; column < EnergyRow::columns; ++column)
+            row.push_back({line.text.at(column), line.colour.at(column)});
+    }
+    return rows;
+}
+
+template <std::size_t N>
+int chosen(const std::array<QRadioButton*, N>& options) {
+    const auto* it = std::ranges::find_if(options, &QRadioButton::isChecked);
+    return it == options.end() ? 0 : static_cast<int>(it - options.begin());
+}
+
+}  // namespace
+
+Form9::Form9(EnergyListContext context, QWidget* parent)
+    : QWidget(parent, Qt::Window),
+      SSTab1(new QTabWidget(this)),
+      MSFlexGrid1(new Grid(context.palette, this)),
+      Text1(new QLineEdit(this)),
+      context_(std::move(context)) {
+    setObjectName(QStringLiteral("Form9"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(QStringLiteral("Kestrel - EnergyList"));
+    SSTab1->setObjectName(QStringLiteral("SSTab1"));
+    buildListTab();
+    buildGateTab();
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(6, 6, 6, 6);
+    layout->addWidget(SSTab1);
+    resize(760, 480);
+    if (context_.placement.width > narrowestPlacement)
+        place(*this, context_.placement);
+    SSTab1->setCurrentIndex(listTab);
+    showList();
+    ResetEnergyListFilters();
+    connect(SSTab1, &QTabWidget::currentChanged, this, &Form9::SSTab1_Click);
+}
+
+void Form9::buildListTab() {
+    Text1->setObjectName(QStringLiteral("Text1"));
+    Text1->setReadOnly(true);
+    Text1->setFocusPolicy(Qt::ClickFocus);
+    Text1->setAccessibleName(tr("Date of the database"));
+    MSFlexGrid1->setObjectName(QStringLiteral("MSFlexGrid1"));
+    MSFlexGrid1->setAccessibleName(tr("Lines near the cursor"));
+    auto* page = new QWidget(this);
+    auto* column = new QVBoxLayout(page);
+    column->addWidget(Text1);
+    column->addWidget(MSFlexGrid1, 1);
+    SSTab1->addTab(page, QStringLiteral("&EngList"));
+    connect(MSFlexGrid1, &Grid::rowPicked, this, &Form9::pickRow);
+    connect(MSFlexGrid1, &Grid::keyDown, this, &Form9::MSFlexGrid1_KeyDown);
+}
+
+void Form9::buildGateTab() {
+    auto* page = new QWidget(this);
+    auto* grid = new QGridLayout(page);
+    grid->addWidget(entryFrame("EngyAmbig", {9}, "+-(keV)"), 0, 0);
+    grid->addWidget(entryFrame("B.Ratio", {0, 1}, ">BR(%)>"), 1, 0);
+    grid->addWidget(entryFrame("HLife(sec)", {2, 3}, ">HR(s)"), 2, 0);
+    grid->addWidget(entryFrame("A", {4, 5}, ""), 3, 0);
+    grid->addWidget(entryFrame("Z", {6, 7}, ""), 4, 0);
+    static constexpr std::array radiations = {"gamma ray", "beta max", "beta+ max", "alpha",
+                                              "Cnv/Aug Elc"};
+    static constexpr std::array decays = {"All", "B-", "EC,B+", "IT", "alpha"};
+    grid->addWidget(optionFrame("EngList of", "Option2", radiations, Option2), 0, 1, 5, 1);
+    grid->addWidget(optionFrame("with DcyMode of", "Option1", decays, Option1), 0, 2, 5, 1);
+    auto* reset = new QPushButton(tr("&Defaults"), page);
+    connect(reset, &QPushButton::clicked, this, &Form9::ResetEnergyListFilters);
+    grid->addWidget(reset, 5, 0);
+    grid->setRowStretch(6, 1);
+    SSTab1->addTab(page, QStringLiteral("&Gate"));
+}
+
+QWidget* Form9::entryFrame(const char* caption, std::initializer_list<int> entries,
+                           const char* unit) {
+    auto* frame = new QGroupBox(QString::fromLatin1(caption), this);
+    auto* row = new QHBoxLayout(frame);
+    for (const int number : entries) {
+        auto* entry = new QLineEdit(frame);
+        entry->setObjectName(numbered("Text2", number));
+        takeNumbers(*entry);
+        entry->setAccessibleName(QStringLiteral("%1 %2").arg(
+            QString::fromLatin1(caption), number % 2 == 0 ? tr("lowest") : tr("highest")));
+        row->addWidget(entry);
+        Text2.at(static_cast<std::size_t>(number)) = entry;
+    }
+    auto* label = new QLabel(QString::fromLatin1(unit), frame);
+    label->setObjectName(QStringLiteral("Label1"));
+    row->addWidget(label);
+    return frame;
+}
+
+template <std::size_t N>
+QWidget* Form9::optionFrame(const char* caption, const char* name,
+                            const std::array<const char*, N>& captions,
+                            std::array<QRadioButton*, N>& options) {
+    auto* frame = new QGroupBox(QString::fromLatin1(caption), this);
+    auto* column = new QVBoxLayout(frame);
+    for (std::size_t i = 0; i < N; ++i) {
+        options.at(i) = new QRadioButton(QString::fromLatin1(captions.at(i)), frame);
+        options.at(i)->setObjectName(numbered(name, static_cast<int>(i)));
+        column->addWidget(options.at(i));
+    }
+    column->addStretch(1);
+    return frame;
+}
+
+void Form9::ResetEnergyListFilters() {
+    const EnergyEntries defaults;
+    for (std::size_t i = 0; i < Text2.size(); ++i) {
+        if (Text2.at(i) != nullptr)
+            Text2.at(i)->setText(toWindow(defaults.text.at(i)));
+    }
+    Option1[0]->setChecked(true);
+    Option2[0]->setChecked(true);
+}
+
+EnergyEntries Form9::entries() const {
+    EnergyEntries result;
+    for (std::size_t i = 0; i < Text2.size(); ++i) {
+        if (Text2.at(i) != nullptr)
+            result.text.at(i) = fromWindow(Text2.at(i)->text());
+    }
+    result.decayClass = chosen(Option1);
+    result.radiationClass = chosen(Option2);
+    return result;
+}
+
+// Queued, since a message may follow, which is no work for an activation event.
+void Form9::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        QMetaObject::invokeMethod(this, &Form9::Form_Activate, Qt::QueuedConnection);
+}
+
+void Form9::Form_Activate() {
+    SSTab1->setCurrentIndex(listTab);
+    RefreshEnergyList();
+}
+
+void Form9::SSTab1_Click(int tab) {
+    if (tab != listTab)
+        return;
+    state_.forceRefresh = true;
+    RefreshEnergyList();
+}
+
+void Form9::RefreshEnergyList() {
+    const EnergyEntries typed = entries();
+    if (refreshEnergyList(state_,
+                          {context_.cursorCh, context_.calibration, typed, context_.marigoldDir},
+                          context_.database, context_.dialogs))
+        showList();
+}
+
+void Form9::showList() {
+    const EnergyList& list = state_.list;
+    Text1->setText(toWindow(state_.updateText));
+    MSFlexGrid1->setFormat(list.format);
+    MSFlexGrid1->setRows(gridRows(list.rows));
+    if (list.current == 0)
+        return;
+    MSFlexGrid1->goTo(list.current, static_cast<int>(nuclideColumn), list.firstVisible);
+    MSFlexGrid1->setFocus();
+}
+
+void Form9::pickRow(int row) {
+    const auto index = static_cast<std::size_t>(row - 1);
+    const std::string key =
+        index < state_.list.rows.size() ? nuclideOfRow(state_.list.rows[index]) : std::string();
+    if (key.empty())
+        return;
+    context_.selectNuclide(key);
+    context_.windows.showNuclideData();
+}
+
+void Form9::MSFlexGrid1_KeyDown(int keyCode) {
+    if (keyCode == 'N' || keyCode == virtual_key::f11)
+        pickRow(MSFlexGrid1->currentRow());
+    else if (keyCode == 'X' || keyCode == virtual_key::f10)
+        context_.windows.showMainWindow();
+}
+
+void Form9::closeEvent(QCloseEvent* event) {
+    context_.placement = placementOf(*this);
+    context_.database.close();
+    QWidget::closeEvent(event);
+}
+
+void Form9::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape)
+        close();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,192 @@
+#include "ui/grid.h"
+
+#include <algorithm>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QStyledItemDelegate>
+
+#include "base/text.h"
+#include "ui/colours.h"
+#include "ui/fonts.h"
+#include "ui/text_codec.h"
+#include "ui/virtual_keys.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int fixedColumnWidth = 14;  // pixels
+constexpr int cellMargin = 12;
+
+// A coloured cell keeps its colour in a selected row; the plain cells show the selection.
+class ColouredCells : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+  protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (option->backgroundBrush.color() != QColor(Qt::white))
+            option->state &= ~QStyle::State_Selected;
+    }
+};
+
+QString asField(const QString& text) {
+    return QString::fromStdString(tableField(text.toStdString()));
+}
+
+std::vector<GridModel::Column> columnsOf(std::string_view format) {
+    std::vector<GridModel::Column> columns;
+    while (true) {
+        const std::size_t bar = format.find('|');
+        const std::string_view field = format.substr(0, bar);
+        columns.push_back(
+            {toWindow(field.substr(1)),
+             (field.starts_with('>') ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter});
+        if (bar == std::string_view::npos)
+            return columns;
+        format.remove_prefix(bar + 1);
+    }
+}
+
+}  // namespace
+
+void GridModel::setColumns(std::vector<Column> columns) {
+    beginResetModel();
+    columns_ = std::move(columns);
+    endResetModel();
+}
+
+void GridModel::setRows(std::vector<GridRow> rows) {
+    beginResetModel();
+    rows_ = std::move(rows);
+    endResetModel();
+}
+
+int GridModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int GridModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(columns_.size());
+}
+
+// The cells keep their light backgrounds and black texts whatever the desktop's theme is.
+QVariant GridModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid())
+        return {};
+    const GridRow& row = rows_[static_cast<std::size_t>(index.row())];
+    const auto column = static_cast<std::size_t>(index.column());
+    const bool filled = column < row.size();
+    switch (role) {
+        case Qt::DisplayRole:
+            return filled ? toSigns(row[column].text) : QString();
+        case Qt::TextAlignmentRole:
+            return QVariant(columns_[column].alignment);
+        case Qt::BackgroundRole:
+            return toQColor(palette_.at(
+                static_cast<std::size_t>(filled ? row[column].colour : palette_number::white)));
+        case Qt::ForegroundRole:
+            return QColor(Qt::black);
+        default:
+            return {};
+    }
+}
+
+QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation == Qt::Vertical)
+        return role == Qt::DisplayRole ? QVariant(QString()) : QVariant();
+    const Column& column = columns_.at(static_cast<std::size_t>(section));
+    if (role == Qt::DisplayRole)
+        return column.heading.trimmed();
+    return role == Qt::TextAlignmentRole ? QVariant(column.alignment) : QVariant();
+}
+
+Grid::Grid(const Palette& palette, QWidget* parent)
+    : QTableView(parent), model_(new GridModel(palette, this)) {
+    setModel(model_);
+    setItemDelegate(new ColouredCells(this));
+    setFont(fixedPitchFont(11));
+    horizontalHeader()->setFont(font());
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setStretchLastSection(true);
+    verticalHeader()->setFixedWidth(fixedColumnWidth);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(ExtendedSelection);
+    setVerticalScrollMode(ScrollPerItem);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    connect(this, &QTableView::clicked, this,
+            [this](const QModelIndex& index) { emit rowPicked(index.row() + 1); });
+    connect(this, &QTableView::doubleClicked, this,
+            [this](const QModelIndex& index) { emit rowPicked(index.row() + 1); });
+}
+
+void Grid::setFormat(std::string_view format) {
+    if (format == format_)
+        return;
+    format_ = format;
+    std::vector<GridModel::Column> columns = columnsOf(format);
+    columns.erase(columns.begin());
+    std::vector<int> widths;
+    widths.reserve(columns.size());
+    for (const GridModel::Column& column : columns)
+        widths.push_back(fontMetrics().horizontalAdvance(column.heading) + cellMargin);
+    model_->setColumns(std::move(columns));
+    for (std::size_t i = 0; i < widths.size(); ++i)
+        setColumnWidth(static_cast<int>(i), widths[i]);
+}
+
+void Grid::setRows(std::vector<GridRow> rows) {
+    model_->setRows(std::move(rows));
+}
+
+void Grid::goTo(int row, int column, int firstVisibleRow) {
+    const QModelIndex current = model_->index(row - 1, column - 1);
+    if (!current.isValid())
+        return;
+    setCurrentIndex(current);
+    scrollTo(model_->index(firstVisibleRow - 1, column - 1), PositionAtTop);
+}
+
+QString Grid::text(int row, int column) const {
+    return model_->index(row - 1, column - 1).data().toString();
+}
+
+QString Grid::selectedText() const {
+    QModelIndexList rows = selectionModel()->selectedRows();
+    std::ranges::sort(rows, {}, &QModelIndex::row);
+    QString lines;
+    for (const QModelIndex& row : rows) {
+        QStringList fields;
+        for (int column = 0; column < model_->columnCount(); ++column)
+            fields += asField(row.siblingAtColumn(column).data().toString());
+        lines += fields.join(QLatin1Char('\t')) + QLatin1Char('\n');
+    }
+    return lines;
+}
+
+void Grid::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Copy)) {
+        QApplication::clipboard()->setText(selectedText());
+        return;
+    }
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && currentRow() > 0) {
+        emit rowPicked(currentRow());
+        return;
+    }
+    // Letters would search the first column, which holds numbers.
+    const bool plain = (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
+    const bool letter = event->key() >= Qt::Key_A && event->key() <= Qt::Key_Z;
+    const bool function = event->key() >= Qt::Key_F1 && event->key() <= Qt::Key_F12;
+    if (plain && (letter || function))
+        emit keyDown(virtualKey(*event).code);
+    else
+        QTableView::keyPressEvent(event);
+}
+
+}  // namespace kestrel
