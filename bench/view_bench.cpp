@@ -43,7 +43,7 @@ struct Program {
         dialogs.path = KESTREL_SAMPLES "/eu152-co60-cs137-" + std::to_string(channels) + ".chn";
         startModule1(*module, "/nonexistent");
         form2 = std::make_unique<Form2>(*module, dialogs);
-        form2->Picture1->setFixedSize(pictureSize);
+        form2->plotArea->setFixedSize(pictureSize);
         form2->show();
         QApplication::processEvents();
         press(Qt::Key_G);
@@ -51,7 +51,7 @@ struct Program {
     }
     void press(Qt::Key key) const {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
-        QApplication::sendEvent(form2->Picture1, &event);
+        QApplication::sendEvent(form2->plotArea, &event);
     }
     // Paints what has to be painted, as the event loop does.
     void show() const { QApplication::processEvents(); }
@@ -79,7 +79,7 @@ void repaintPicture(benchmark::State& state, PlotMode mode, CountAxis axis) {
     for (auto _ : state) {
         drawSpectrum(
             {module.spectrum, module.derived, module.view, module.channelColour, module.palette},
-            program.form2->Picture1->canvas(), program.dialogs);
+            program.form2->plotArea->canvas(), program.dialogs);
         benchmark::DoNotOptimize(program.form2->picture().constBits());
     }
 }

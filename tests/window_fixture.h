@@ -30,7 +30,7 @@ class WindowTest : public testing::Test {
         QApplication::processEvents();
     }
     void key(Qt::Key which, Qt::KeyboardModifiers held = {}) const {
-        QTest::keyClick(form2->Picture1, which, held);
+        QTest::keyClick(form2->plotArea, which, held);
     }
     void open(const std::string& path) {
         dialogs.fileAnswer = {.path = path, .filterIndex = 1};

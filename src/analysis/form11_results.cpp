@@ -25,64 +25,64 @@ constexpr int linesShown = 16;
 Form11::Form11(const ResultSource& source, Chooser chooser, WindowPlacement& placement,
                QWidget* parent)
     : ModalForm("Form11", "Kestrel  area Output", placement, parent),
-      List1(new TextList(this)),
-      Command1(addButton("Command1", "&Save as", "Save the list as a file")),
-      Command2(addButton("Command2", "&Printer", "Print the list")),
-      Command3(addButton("Command3", "&Cancel", "Close without saving")),
-      Command4(addButton("Command4", "&Delete", "Delete the selected lines from the list")),
+      resultLines(new TextList(this)),
+      saveButton(addButton("Command1", "&Save as", "Save the list as a file")),
+      printButton(addButton("Command2", "&Printer", "Print the list")),
+      cancelButton(addButton("Command3", "&Cancel", "Close without saving")),
+      deleteButton(addButton("Command4", "&Delete", "Delete the selected lines from the list")),
       source_(source),
       chooser_(std::move(chooser)) {
     placeControls();
-    connect(Command1, &QPushButton::clicked, this, &Form11::Command1_Click);
-    connect(Command2, &QPushButton::clicked, this, &Form11::Command2_Click);
-    connect(Command3, &QPushButton::clicked, this, &Form11::reject);
-    connect(Command4, &QPushButton::clicked, this, &Form11::Command4_Click);
-    auto* remove = new QShortcut(QKeySequence::Delete, List1);
+    connect(saveButton, &QPushButton::clicked, this, &Form11::saveList);
+    connect(printButton, &QPushButton::clicked, this, &Form11::printList);
+    connect(cancelButton, &QPushButton::clicked, this, &Form11::reject);
+    connect(deleteButton, &QPushButton::clicked, this, &Form11::deleteSelected);
+    auto* remove = new QShortcut(QKeySequence::Delete, resultLines);
     remove->setContext(Qt::WidgetShortcut);
-    connect(remove, &QShortcut::activated, this, &Form11::Command4_Click);
+    connect(remove, &QShortcut::activated, this, &Form11::deleteSelected);
     restorePlacement();
     buildResultList();
 }
 
 void Form11::placeControls() {
-    List1->setObjectName(QStringLiteral("List1"));
-    List1->setAccessibleName(tr("Peak-area results"));
-    List1->setUniformItemSizes(true);
+    resultLines->setObjectName(QStringLiteral("List1"));
+    resultLines->setAccessibleName(tr("Peak-area results"));
+    resultLines->setUniformItemSizes(true);
     auto* headings = new QLabel(toWindow(resultHeadings), this);
-    headings->setFont(List1->font());
+    headings->setFont(resultLines->font());
     headings->setTextFormat(Qt::PlainText);
     // Over the columns of the list, whose texts stand a little inside its frame.
-    headings->setContentsMargins(List1->frameWidth() + 3, 0, 0, 0);
+    headings->setContentsMargins(resultLines->frameWidth() + 3, 0, 0, 0);
     auto* buttons = new QHBoxLayout;
-    for (QPushButton* button : {Command1, Command2, Command4, Command3})
+    for (QPushButton* button : {saveButton, printButton, deleteButton, cancelButton})
         buttons->addWidget(button);
     buttons->insertStretch(3);
     auto* column = new QVBoxLayout(this);
     column->addWidget(headings);
-    column->addWidget(List1);
+    column->addWidget(resultLines);
     column->addLayout(buttons);
-    const QFontMetrics metrics(List1->font());
+    const QFontMetrics metrics(resultLines->font());
     resize(metrics.horizontalAdvance(QLatin1Char('0')) * 101, metrics.height() * (linesShown + 6));
-    List1->setFocus();
+    resultLines->setFocus();
 }
 
 void Form11::buildResultList() {
     if (source_.setCount == 0)
         return;
-    List1->clear();
+    resultLines->clear();
     for (const std::string& line :
          kestrel::buildResultList(source_.spectrum, source_.sets, source_.setCount))
-        List1->addItem(toSigns(line));
+        resultLines->addItem(toSigns(line));
 }
 
 std::vector<std::string> Form11::chosenLines() const {
     std::vector<std::string> lines;
-    for (const QString& line : List1->chosenLines())
+    for (const QString& line : resultLines->chosenLines())
         lines.push_back(fromWindow(line));
     return lines;
 }
 
-void Form11::Command1_Click() {
+void Form11::saveList() {
     const std::string label = "Save as..." + pkmFileName(source_.spectrum);
     const bool chosen = chooseDirectoryOrCurrent(source_.saveAsDir,
                                                  [&] { chooser_("Output file Dir", label, this); });
@@ -90,7 +90,7 @@ void Form11::Command1_Click() {
         accept();
 }
 
-void Form11::Command2_Click() {
+void Form11::printList() {
     const std::unique_ptr<PrintJob> job =
         source_.dialogs.print(baseName(source_.spectrum) + " areas");
     if (job == nullptr)
@@ -101,10 +101,10 @@ void Form11::Command2_Click() {
     job->endDocument();
 }
 
-void Form11::Command4_Click() {
-    for (int i = 0; i < List1->count();) {
-        if (List1->item(i)->isSelected())
-            delete List1->takeItem(i);
+void Form11::deleteSelected() {
+    for (int i = 0; i < resultLines->count();) {
+        if (resultLines->item(i)->isSelected())
+            delete resultLines->takeItem(i);
         else
             ++i;
     }

@@ -34,18 +34,18 @@ class Form11 : public ModalForm {
     Form11(const ResultSource& source, Chooser chooser, WindowPlacement& placement,
            QWidget* parent);
 
-    TextList* const List1;
-    QPushButton* const Command1;
-    QPushButton* const Command2;
-    QPushButton* const Command3;
-    QPushButton* const Command4;
+    TextList* const resultLines;
+    QPushButton* const saveButton;
+    QPushButton* const printButton;
+    QPushButton* const cancelButton;
+    QPushButton* const deleteButton;
 
   private:
     void placeControls();
     void buildResultList();
-    void Command1_Click();
-    void Command2_Click();
-    void Command4_Click();
+    void saveList();
+    void printList();
+    void deleteSelected();
     // The selected lines; all where none is selected.
     std::vector<std::string> chosenLines() const;
 

@@ -18,28 +18,28 @@ constexpr int columns = 10;
 Form5::Form5(Spectrum& spectrum, CalibrationTexts& kept, Dialogs& dialogs,
              WindowPlacement& placement, QWidget* parent)
     : ModalForm("Form5", "Option...Energy Calib.", placement, parent),
-      Text1(fixedPitchField(this, "Text1", columns, "Low channel")),
-      Text2(fixedPitchField(this, "Text2", columns, "Low energy in keV")),
-      Text3(fixedPitchField(this, "Text3", columns, "High channel")),
-      Text4(fixedPitchField(this, "Text4", columns, "High energy in keV")),
-      Check1(new QCheckBox(QStringLiteral("&Automatic Calib."), this)),
-      Command1(addButton("Command1", "&OK", "OK")),
-      Command2(addButton("Command2", "&CANCEL", "Cancel")),
+      lowChannel(fixedPitchField(this, "Text1", columns, "Low channel")),
+      lowEnergy(fixedPitchField(this, "Text2", columns, "Low energy in keV")),
+      highChannel(fixedPitchField(this, "Text3", columns, "High channel")),
+      highEnergy(fixedPitchField(this, "Text4", columns, "High energy in keV")),
+      fileCalibration(new QCheckBox(QStringLiteral("&Automatic Calib."), this)),
+      okButton(addButton("Command1", "&OK", "OK")),
+      cancelButton(addButton("Command2", "&CANCEL", "Cancel")),
       spectrum_(spectrum),
       kept_(kept),
       dialogs_(dialogs) {
-    Check1->setObjectName(QStringLiteral("Check1"));
+    fileCalibration->setObjectName(QStringLiteral("Check1"));
     placeControls();
-    connect(Check1, &QCheckBox::clicked, this, &Form5::Check1_Click);
-    connect(Command1, &QPushButton::clicked, this, &Form5::Command1_Click);
-    connect(Command2, &QPushButton::clicked, this, &Form5::reject);
-    for (QLineEdit* field : {Text1, Text2, Text3, Text4})
+    connect(fileCalibration, &QCheckBox::clicked, this, &Form5::fileCalibrationClicked);
+    connect(okButton, &QPushButton::clicked, this, &Form5::calibrate);
+    connect(cancelButton, &QPushButton::clicked, this, &Form5::reject);
+    for (QLineEdit* field : {lowChannel, lowEnergy, highChannel, highEnergy})
         takeNumbers(*field);
-    connect(Text1, &QLineEdit::returnPressed, Text2, qOverload<>(&QWidget::setFocus));
-    connect(Text2, &QLineEdit::returnPressed, Text3, qOverload<>(&QWidget::setFocus));
-    connect(Text3, &QLineEdit::returnPressed, Text4, qOverload<>(&QWidget::setFocus));
-    connect(Text4, &QLineEdit::returnPressed, Command1, qOverload<>(&QWidget::setFocus));
-    Form_Load();
+    connect(lowChannel, &QLineEdit::returnPressed, lowEnergy, qOverload<>(&QWidget::setFocus));
+    connect(lowEnergy, &QLineEdit::returnPressed, highChannel, qOverload<>(&QWidget::setFocus));
+    connect(highChannel, &QLineEdit::returnPressed, highEnergy, qOverload<>(&QWidget::setFocus));
+    connect(highEnergy, &QLineEdit::returnPressed, okButton, qOverload<>(&QWidget::setFocus));
+    showKept();
     restorePlacement();
 }
 
@@ -49,50 +49,51 @@ void Form5::placeControls() {
     grid->addWidget(new QLabel(QStringLiteral("Energy(keV)"), this), 0, 2, Qt::AlignHCenter);
     auto* low = new QLabel(QStringLiteral("&Low"), this);
     auto* high = new QLabel(QStringLiteral("&High"), this);
-    low->setBuddy(Text1);
-    high->setBuddy(Text3);
+    low->setBuddy(lowChannel);
+    high->setBuddy(highChannel);
     grid->addWidget(low, 1, 0);
-    grid->addWidget(Text1, 1, 1);
-    grid->addWidget(Text2, 1, 2);
+    grid->addWidget(lowChannel, 1, 1);
+    grid->addWidget(lowEnergy, 1, 2);
     grid->addWidget(high, 2, 0);
-    grid->addWidget(Text3, 2, 1);
-    grid->addWidget(Text4, 2, 2);
+    grid->addWidget(highChannel, 2, 1);
+    grid->addWidget(highEnergy, 2, 2);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
-    buttons->addWidget(Command1);
-    buttons->addWidget(Command2);
+    buttons->addWidget(okButton);
+    buttons->addWidget(cancelButton);
     auto* column = new QVBoxLayout(this);
     column->addLayout(grid);
-    column->addWidget(Check1);
+    column->addWidget(fileCalibration);
     column->addStretch();
     column->addLayout(buttons);
-    QWidget* order[] = {Text1, Text2, Text3, Text4, Check1, Command1, Command2};
+    QWidget* order[] = {lowChannel,      lowEnergy, highChannel, highEnergy,
+                        fileCalibration, okButton,  cancelButton};
     for (std::size_t i = 1; i < std::size(order); ++i)
         setTabOrder(order[i - 1], order[i]);
 }
 
-void Form5::Form_Load() {
-    Text1->setText(toWindow(kept_.channelLow));
-    Text2->setText(toWindow(kept_.energyLow));
-    Text3->setText(toWindow(kept_.channelHigh));
-    Text4->setText(toWindow(kept_.energyHigh));
-    Check1->setChecked(spectrum_.useFileCalibration == 1);
+void Form5::showKept() {
+    lowChannel->setText(toWindow(kept_.channelLow));
+    lowEnergy->setText(toWindow(kept_.energyLow));
+    highChannel->setText(toWindow(kept_.channelHigh));
+    highEnergy->setText(toWindow(kept_.energyHigh));
+    fileCalibration->setChecked(spectrum_.useFileCalibration == 1);
     colourFields();
-    Text1->setFocus();
+    lowChannel->setFocus();
 }
 
 // The choice counts at once, also when the dialog is cancelled: it decides about the next file.
-void Form5::Check1_Click() {
-    spectrum_.useFileCalibration = Check1->isChecked() ? 1 : 0;
+void Form5::fileCalibrationClicked() {
+    spectrum_.useFileCalibration = fileCalibration->isChecked() ? 1 : 0;
     colourFields();
 }
 
-void Form5::Command1_Click() {
-    spectrum_.useFileCalibration = Check1->isChecked() ? 1 : 0;
-    const CalibrationTexts typed{.channelLow = fromWindow(Text1->text()),
-                                 .energyLow = fromWindow(Text2->text()),
-                                 .channelHigh = fromWindow(Text3->text()),
-                                 .energyHigh = fromWindow(Text4->text())};
+void Form5::calibrate() {
+    spectrum_.useFileCalibration = fileCalibration->isChecked() ? 1 : 0;
+    const CalibrationTexts typed{.channelLow = fromWindow(lowChannel->text()),
+                                 .energyLow = fromWindow(lowEnergy->text()),
+                                 .channelHigh = fromWindow(highChannel->text()),
+                                 .energyHigh = fromWindow(highEnergy->text())};
     if (acceptCalibration(spectrum_, typed, kept_, dialogs_))
         accept();
 }

@@ -20,20 +20,22 @@ class Form5 : public ModalForm {
     Form5(Spectrum& spectrum, CalibrationTexts& kept, Dialogs& dialogs, WindowPlacement& placement,
           QWidget* parent);
 
-    QLineEdit* const Text1;  // channel, low
-    QLineEdit* const Text2;  // energy, low
-    QLineEdit* const Text3;  // channel, high
-    QLineEdit* const Text4;  // energy, high
-    QCheckBox* const Check1;
-    QPushButton* const Command1;
-    QPushButton* const Command2;
+    QLineEdit* const lowChannel;   // channel, low
+    QLineEdit* const lowEnergy;    // energy, low
+    QLineEdit* const highChannel;  // channel, high
+    QLineEdit* const highEnergy;   // energy, high
+    QCheckBox* const fileCalibration;
+    QPushButton* const okButton;
+    QPushButton* const cancelButton;
 
   private:
-    std::array<QLineEdit*, 4> fields() const { return {Text1, Text2, Text3, Text4}; }
+    std::array<QLineEdit*, 4> fields() const {
+        return {lowChannel, lowEnergy, highChannel, highEnergy};
+    }
     void placeControls();
-    void Form_Load();
-    void Check1_Click();
-    void Command1_Click();
+    void showKept();
+    void fileCalibrationClicked();
+    void calibrate();
     void colourFields();
 
     Spectrum& spectrum_;

@@ -53,23 +53,26 @@ class RemarkLimit : public QValidator {
 Form7::Form7(const PeakAreaWork& work, WindowPlacement& placement,
              std::function<void()> showResults, QWidget* parent)
     : QWidget(parent, Qt::Dialog),
-      Text1(fixedPitchField(this, "Text1", boundColumns, "Low background, low channel")),
-      Text2(fixedPitchField(this, "Text2", boundColumns, "Low background, high channel")),
-      Text3(fixedPitchField(this, "Text3", boundColumns, "Peak, low channel")),
-      Text4(fixedPitchField(this, "Text4", boundColumns, "Peak, high channel")),
-      Text5(fixedPitchField(this, "Text5", boundColumns, "High background, low channel")),
-      Text6(fixedPitchField(this, "Text6", boundColumns, "High background, high channel")),
-      Text7(result("Text7", resultColumns, "Net area and error")),
-      Text8(result("Text8", resultColumns, "Counts per second and error")),
-      Text9(result("Text9", 4, "Number of the data set")),
-      Text10(result("Text10", 9, "Relative error in per cent")),
-      Text11(fixedPitchField(this, "Text11", remarkColumns, "Remark")),
-      Text12(result("Text12", sumColumns, "Sum of the low background")),
-      Text13(result("Text13", sumColumns, "Sum of the peak")),
-      Text14(result("Text14", sumColumns, "Sum of the high background")),
-      Command1(button("Command1", "&<", "Previous data set")),
-      Command2(button("Command2", "&>", "Next data set")),
-      Command3(button("Command3", "&Clear", "Clear this data set")),
+      lowBackgroundFrom(
+          fixedPitchField(this, "Text1", boundColumns, "Low background, low channel")),
+      lowBackgroundTo(fixedPitchField(this, "Text2", boundColumns, "Low background, high channel")),
+      peakFrom(fixedPitchField(this, "Text3", boundColumns, "Peak, low channel")),
+      peakTo(fixedPitchField(this, "Text4", boundColumns, "Peak, high channel")),
+      highBackgroundFrom(
+          fixedPitchField(this, "Text5", boundColumns, "High background, low channel")),
+      highBackgroundTo(
+          fixedPitchField(this, "Text6", boundColumns, "High background, high channel")),
+      netArea(result("Text7", resultColumns, "Net area and error")),
+      countRate(result("Text8", resultColumns, "Counts per second and error")),
+      setNumber(result("Text9", 4, "Number of the data set")),
+      relativeError(result("Text10", 9, "Relative error in per cent")),
+      remark(fixedPitchField(this, "Text11", remarkColumns, "Remark")),
+      lowBackgroundSum(result("Text12", sumColumns, "Sum of the low background")),
+      peakSum(result("Text13", sumColumns, "Sum of the peak")),
+      highBackgroundSum(result("Text14", sumColumns, "Sum of the high background")),
+      previousButton(button("Command1", "&<", "Previous data set")),
+      nextButton(button("Command2", "&>", "Next data set")),
+      clearButton(button("Command3", "&Clear", "Clear this data set")),
       work_(work),
       fields_(work.state.fields),
       placement_(placement),
@@ -119,7 +122,7 @@ QLabel* Form7::label(const char* text) {
 
 void Form7::placeControls() {
     auto* menu = new QMenuBar(this);
-    QAction* output = menu->addAction(QStringLiteral("&Output"), this, &Form7::o1_Click);
+    QAction* output = menu->addAction(QStringLiteral("&Output"), this, &Form7::showOutput);
     output->setObjectName(QStringLiteral("o1"));
     auto* column = new QVBoxLayout(this);
     column->setMenuBar(menu);
@@ -142,8 +145,9 @@ QLayout* Form7::regionControls() {
     };
     int place = 1;
     for (const Row& row :
-         {Row{"&BKG1(l)", Text1, Text2, Text12}, Row{"&Peak", Text3, Text4, Text13},
-          Row{"B&KG2(h)", Text5, Text6, Text14}}) {
+         {Row{"&BKG1(l)", lowBackgroundFrom, lowBackgroundTo, lowBackgroundSum},
+          Row{"&Peak", peakFrom, peakTo, peakSum},
+          Row{"B&KG2(h)", highBackgroundFrom, highBackgroundTo, highBackgroundSum}}) {
         QLabel* caption = label(row.caption);
         caption->setBuddy(row.low);
         grid->addWidget(caption, place, 0);
@@ -159,40 +163,42 @@ QLayout* Form7::regionControls() {
 QLayout* Form7::resultControls() {
     auto* grid = new QGridLayout;
     grid->addWidget(label("Net Area"), 0, 0);
-    grid->addWidget(Text7, 0, 1, 1, 2);
+    grid->addWidget(netArea, 0, 1, 1, 2);
     grid->addWidget(label("CPS"), 1, 0);
-    grid->addWidget(Text8, 1, 1, 1, 2);
+    grid->addWidget(countRate, 1, 1, 1, 2);
     grid->addWidget(label("error(%)"), 2, 0);
-    grid->addWidget(Text10, 2, 1);
-    QLabel* remark = label("&Remark");
-    remark->setBuddy(Text11);
-    grid->addWidget(remark, 3, 0);
-    grid->addWidget(Text11, 3, 1, 1, 2);
+    grid->addWidget(relativeError, 2, 1);
+    QLabel* remarkLabel = label("&Remark");
+    remarkLabel->setBuddy(remark);
+    grid->addWidget(remarkLabel, 3, 0);
+    grid->addWidget(remark, 3, 1, 1, 2);
     grid->setColumnStretch(2, 1);
     return grid;
 }
 
 QLayout* Form7::buttonRow() {
     auto* row = new QHBoxLayout;
-    row->addWidget(Command1);
-    row->addWidget(Text9);
-    row->addWidget(Command2);
+    row->addWidget(previousButton);
+    row->addWidget(setNumber);
+    row->addWidget(nextButton);
     row->addStretch();
-    row->addWidget(Command3);
-    Text9->setFixedWidth(Text9->minimumWidth());
+    row->addWidget(clearButton);
+    setNumber->setFixedWidth(setNumber->minimumWidth());
     return row;
 }
 
 void Form7::setTabOrders() {
-    QWidget* order[] = {Text1, Text2,  Text3,    Text4,    Text5,
-                        Text6, Text11, Command1, Command2, Command3};
+    QWidget* order[] = {lowBackgroundFrom,  lowBackgroundTo,  peakFrom, peakTo,
+                        highBackgroundFrom, highBackgroundTo, remark,   previousButton,
+                        nextButton,         clearButton};
     for (std::size_t i = 1; i < std::size(order); ++i)
         setTabOrder(order[i - 1], order[i]);
     // Enter goes the same way, as far as ">".
-    QWidget* next[] = {Text2, Text3, Text4, Text5, Text6, Text11};
+    QWidget* next[] = {lowBackgroundTo,    peakFrom,         peakTo,
+                       highBackgroundFrom, highBackgroundTo, remark};
     for (std::size_t i = 0; i < std::size(next); ++i)
         connect(bounds()[i], &QLineEdit::returnPressed, next[i], qOverload<>(&QWidget::setFocus));
-    connect(Text11, &QLineEdit::returnPressed, Command2, qOverload<>(&QWidget::setFocus));
+    connect(remark, &QLineEdit::returnPressed, nextButton, qOverload<>(&QWidget::setFocus));
 }
 
 void Form7::connectControls() {
@@ -204,13 +210,13 @@ void Form7::connectControls() {
                 [this, i](const QString& text) { fields_.bounds.texts[i] = fromWindow(text); });
         connect(bound, &QLineEdit::editingFinished, this, &Form7::regionsChanged);
     }
-    Text11->setValidator(new RemarkLimit(Text11));
-    selectOnFocus(*Text11);
-    connect(Text11, &QLineEdit::textEdited, this,
+    remark->setValidator(new RemarkLimit(remark));
+    selectOnFocus(*remark);
+    connect(remark, &QLineEdit::textEdited, this,
             [this](const QString& text) { fields_.remark = fromWindow(text); });
-    connect(Command1, &QPushButton::clicked, this, &Form7::Command1_Click);
-    connect(Command2, &QPushButton::clicked, this, &Form7::Command2_Click);
-    connect(Command3, &QPushButton::clicked, this, &Form7::Command3_Click);
+    connect(previousButton, &QPushButton::clicked, this, &Form7::showPrevious);
+    connect(nextButton, &QPushButton::clicked, this, &Form7::showNext);
+    connect(clearButton, &QPushButton::clicked, this, &Form7::clearSet);
 }
 
 template <typename Operation>
@@ -223,7 +229,7 @@ auto Form7::run(Operation operation) {
     return operation();
 }
 
-void Form7::Form_Load() {
+void Form7::showFirstSet() {
     work_.state.currentSet = 0;
     focusBound(1);
     fields_.bounds.shown = true;
@@ -242,46 +248,46 @@ void Form7::enterCursorChannel(std::int16_t cursorCh) {
     });
 }
 
-void Form7::Command1_Click() {
+void Form7::showPrevious() {
     if (run([this] { return previousDataSet(work_); }))
         focusBound(1);
     emit setsChanged();
     emit regionsChanged();
 }
 
-void Form7::Command2_Click() {
+void Form7::showNext() {
     if (run([this] { return nextDataSet(work_); }))
         focusBound(1);
     emit setsChanged();
     emit regionsChanged();
 }
 
-void Form7::Command3_Click() {
+void Form7::clearSet() {
     run([this] { clearDataSet(work_); });
     emit setsChanged();
     emit regionsChanged();
 }
 
-void Form7::o1_Click() {
+void Form7::showOutput() {
     showResults_();
 }
 
 void Form7::showFields() {
     const std::pair<QLineEdit*, const std::string*> contents[] = {
-        {Text1, &fields_.bounds.texts[0]},
-        {Text2, &fields_.bounds.texts[1]},
-        {Text3, &fields_.bounds.texts[2]},
-        {Text4, &fields_.bounds.texts[3]},
-        {Text5, &fields_.bounds.texts[4]},
-        {Text6, &fields_.bounds.texts[5]},
-        {Text7, &fields_.net},
-        {Text8, &fields_.cps},
-        {Text9, &fields_.index},
-        {Text10, &fields_.relativeError},
-        {Text11, &fields_.remark},
-        {Text12, &fields_.sums[0]},
-        {Text13, &fields_.sums[1]},
-        {Text14, &fields_.sums[2]},
+        {lowBackgroundFrom, &fields_.bounds.texts[0]},
+        {lowBackgroundTo, &fields_.bounds.texts[1]},
+        {peakFrom, &fields_.bounds.texts[2]},
+        {peakTo, &fields_.bounds.texts[3]},
+        {highBackgroundFrom, &fields_.bounds.texts[4]},
+        {highBackgroundTo, &fields_.bounds.texts[5]},
+        {netArea, &fields_.net},
+        {countRate, &fields_.cps},
+        {setNumber, &fields_.index},
+        {relativeError, &fields_.relativeError},
+        {remark, &fields_.remark},
+        {lowBackgroundSum, &fields_.sums[0]},
+        {peakSum, &fields_.sums[1]},
+        {highBackgroundSum, &fields_.sums[2]},
     };
     for (const auto& [field, text] : contents) {
         const QString shown = toWindow(*text);

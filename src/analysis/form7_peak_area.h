@@ -26,7 +26,7 @@ class Form7 : public QWidget {
           QWidget* parent);
 
     // Shows the window with set 0.
-    void Form_Load();
+    void showFirstSet();
 
     // Closes the window for another spectrum or the end of the program. False when regions out of
     // order keep it open, as they do at close().
@@ -35,23 +35,23 @@ class Form7 : public QWidget {
     // A right click into the plot.
     void enterCursorChannel(std::int16_t cursorCh);
 
-    QLineEdit* const Text1;  // low background
-    QLineEdit* const Text2;
-    QLineEdit* const Text3;  // peak
-    QLineEdit* const Text4;
-    QLineEdit* const Text5;  // high background
-    QLineEdit* const Text6;
-    QLineEdit* const Text7;   // net area
-    QLineEdit* const Text8;   // count rate
-    QLineEdit* const Text9;   // index of the set
-    QLineEdit* const Text10;  // relative error
-    QLineEdit* const Text11;  // remark
-    QLineEdit* const Text12;  // sums
-    QLineEdit* const Text13;
-    QLineEdit* const Text14;
-    QPushButton* const Command1;
-    QPushButton* const Command2;
-    QPushButton* const Command3;
+    QLineEdit* const lowBackgroundFrom;  // low background
+    QLineEdit* const lowBackgroundTo;
+    QLineEdit* const peakFrom;  // peak
+    QLineEdit* const peakTo;
+    QLineEdit* const highBackgroundFrom;  // high background
+    QLineEdit* const highBackgroundTo;
+    QLineEdit* const netArea;           // net area
+    QLineEdit* const countRate;         // count rate
+    QLineEdit* const setNumber;         // index of the set
+    QLineEdit* const relativeError;     // relative error
+    QLineEdit* const remark;            // remark
+    QLineEdit* const lowBackgroundSum;  // sums
+    QLineEdit* const peakSum;
+    QLineEdit* const highBackgroundSum;
+    QPushButton* const previousButton;
+    QPushButton* const nextButton;
+    QPushButton* const clearButton;
 
   signals:
     // The plot must draw the regions again.
@@ -67,7 +67,10 @@ class Form7 : public QWidget {
 
   private:
     bool mayClose();
-    std::array<QLineEdit*, 6> bounds() const { return {Text1, Text2, Text3, Text4, Text5, Text6}; }
+    std::array<QLineEdit*, 6> bounds() const {
+        return {lowBackgroundFrom,  lowBackgroundTo, peakFrom, peakTo,
+                highBackgroundFrom, highBackgroundTo};
+    }
     QLineEdit* result(const char* name, int columns, const char* accessible);
     QPushButton* button(const char* name, const char* caption, const char* accessible);
     QLabel* label(const char* text);
@@ -80,10 +83,10 @@ class Form7 : public QWidget {
     void connectControls();
     void setTabOrders();
 
-    void Command1_Click();
-    void Command2_Click();
-    void Command3_Click();
-    void o1_Click();
+    void showPrevious();
+    void showNext();
+    void clearSet();
+    void showOutput();
 
     // Runs an operation and shows what it left in the fields, also where it ended in a fault.
     template <typename Operation>

@@ -44,100 +44,101 @@ QString baseCaption() {
 }
 
 Form2::Form2(Module1& module, Dialogs& dialogs)
-    : Picture1(new PictureBox(this)),
-      Command1(button(this, "Command1", "<>", "Expand", "PageUp")),
-      Command2(button(this, "Command2", "", "Logarithmic or linear", "L")),
-      Command3(button(this, "Command3", "Yexp", "Lower the full scale", "Up")),
-      Command4(button(this, "Command4", "Ycnt", "Raise the full scale", "Down")),
-      Command5(button(this, "Command5", "<-", "Cursor left", "Left")),
-      Command6(button(this, "Command6", "->", "Cursor right", "Right")),
-      Command7(button(this, "Command7", "><", "Shrink", "PageDown")),
-      Text1(new QLineEdit(this)),
+    : plotArea(new PictureBox(this)),
+      expandButton(button(this, "Command1", "<>", "Expand", "PageUp")),
+      countAxisButton(button(this, "Command2", "", "Logarithmic or linear", "L")),
+      lowerScaleButton(button(this, "Command3", "Yexp", "Lower the full scale", "Up")),
+      raiseScaleButton(button(this, "Command4", "Ycnt", "Raise the full scale", "Down")),
+      stepLeftButton(button(this, "Command5", "<-", "Cursor left", "Left")),
+      stepRightButton(button(this, "Command6", "->", "Cursor right", "Right")),
+      shrinkButton(button(this, "Command7", "><", "Shrink", "PageDown")),
+      statusLine(new QLineEdit(this)),
       module_(module),
       dialogs_(dialogs),
       view_({module.spectrum, module.derived, module.view, module.channelColour, module.palette,
              &module.peakArea.fields.bounds},
-            module.view, Picture1->canvas(), dialogs, *this) {
+            module.view, plotArea->canvas(), dialogs, *this) {
     setObjectName(QStringLiteral("Form2"));
     setAcceptDrops(true);
-    Picture1->setObjectName(QStringLiteral("Picture1"));
-    Text1->setObjectName(QStringLiteral("Text1"));
+    plotArea->setObjectName(QStringLiteral("Picture1"));
+    statusLine->setObjectName(QStringLiteral("Text1"));
     placeControls();
     buildMenus();
     connectControls();
-    Form_Load();
+    showAtStart();
 }
 
 void Form2::placeControls() {
-    Text1->setReadOnly(true);
-    Text1->setFocusPolicy(Qt::ClickFocus);
-    Text1->installEventFilter(this);
-    Text1->setFont(fixedPitchFont(11));
-    Text1->setMinimumWidth(Text1->fontMetrics().horizontalAdvance(QLatin1Char('0')) * 36);
-    Text1->setAccessibleName(tr("Status line"));
+    statusLine->setReadOnly(true);
+    statusLine->setFocusPolicy(Qt::ClickFocus);
+    statusLine->installEventFilter(this);
+    statusLine->setFont(fixedPitchFont(11));
+    statusLine->setMinimumWidth(statusLine->fontMetrics().horizontalAdvance(QLatin1Char('0')) * 36);
+    statusLine->setAccessibleName(tr("Status line"));
     auto* row = new QHBoxLayout;
-    for (QPushButton* b : {Command1, Command7, Command2, Command3, Command4, Command5, Command6}) {
+    for (QPushButton* b : {expandButton, shrinkButton, countAxisButton, lowerScaleButton,
+                           raiseScaleButton, stepLeftButton, stepRightButton}) {
         QSizePolicy policy = b->sizePolicy();
         policy.setRetainSizeWhenHidden(true);
         b->setSizePolicy(policy);
         b->setMinimumWidth(b->fontMetrics().horizontalAdvance(QStringLiteral("  Yexp  ")));
         row->addWidget(b);
     }
-    row->addWidget(Text1, 1);
+    row->addWidget(statusLine, 1);
     auto* central = new QWidget(this);
     auto* column = new QVBoxLayout(central);
     column->setContentsMargins(6, 6, 6, 6);
-    column->addWidget(Picture1, 1);
+    column->addWidget(plotArea, 1);
     column->addLayout(row);
     setCentralWidget(central);
     // Smaller than this the texts of the plot would be cut or overlap. On a screen without that
     // room the buttons and the status line come first.
     const QSize room = screen()->availableSize() - QSize(30, 120);
-    Picture1->setMinimumSize(QSize(700, 320).boundedTo(room));
-    const int besideStatus = row->minimumSize().width() - Text1->minimumWidth();
-    Text1->setMinimumWidth(std::min(Text1->minimumWidth(), room.width() - besideStatus));
+    plotArea->setMinimumSize(QSize(700, 320).boundedTo(room));
+    const int besideStatus = row->minimumSize().width() - statusLine->minimumWidth();
+    statusLine->setMinimumWidth(std::min(statusLine->minimumWidth(), room.width() - besideStatus));
     resize(QSize(1100, 740).boundedTo(screen()->availableSize()));
 }
 
 void Form2::connectControls() {
-    connect(Command1, &QPushButton::clicked, this, [this] { view_.expand(); });
-    connect(Command7, &QPushButton::clicked, this, [this] { view_.shrink(); });
-    connect(Command2, &QPushButton::clicked, this, [this] { view_.toggleCountAxis(); });
-    connect(Command3, &QPushButton::clicked, this, [this] { view_.lowerScale(); });
-    connect(Command4, &QPushButton::clicked, this, [this] { view_.raiseScale(); });
-    connect(Command5, &QPushButton::clicked, this, [this] { view_.stepLeft(); });
-    connect(Command6, &QPushButton::clicked, this, [this] { view_.stepRight(); });
+    connect(expandButton, &QPushButton::clicked, this, [this] { view_.expand(); });
+    connect(shrinkButton, &QPushButton::clicked, this, [this] { view_.shrink(); });
+    connect(countAxisButton, &QPushButton::clicked, this, [this] { view_.toggleCountAxis(); });
+    connect(lowerScaleButton, &QPushButton::clicked, this, [this] { view_.lowerScale(); });
+    connect(raiseScaleButton, &QPushButton::clicked, this, [this] { view_.raiseScale(); });
+    connect(stepLeftButton, &QPushButton::clicked, this, [this] { view_.stepLeft(); });
+    connect(stepRightButton, &QPushButton::clicked, this, [this] { view_.stepRight(); });
     // Held down, the step buttons go on stepping.
-    Command5->setAutoRepeat(true);
-    Command6->setAutoRepeat(true);
-    connect(Picture1, &PictureBox::keyDown, this,
+    stepLeftButton->setAutoRepeat(true);
+    stepRightButton->setAutoRepeat(true);
+    connect(plotArea, &PictureBox::keyDown, this,
             [this](int keyCode, int shift) { view_.keyDown(keyCode, shift); });
-    connect(Picture1, &PictureBox::mouseDown, this, &Form2::Picture1_MouseDown);
-    connect(Picture1, &PictureBox::wheelTurned, this,
+    connect(plotArea, &PictureBox::mouseDown, this, &Form2::plotPressed);
+    connect(plotArea, &PictureBox::wheelTurned, this,
             [this](int notches, double x) { view_.turnWheel(notches, x); });
-    connect(Picture1, &PictureBox::resized, this, &Form2::Picture1_Resize);
-    connect(Picture1, &PictureBox::rescaled, this, [this] { view_.redraw(); });
+    connect(plotArea, &PictureBox::resized, this, &Form2::plotResized);
+    connect(plotArea, &PictureBox::rescaled, this, [this] { view_.redraw(); });
 }
 
-void Form2::Form_Load() {
+void Form2::showAtStart() {
     setWindowTitle(baseCaption());
     const WindowPlacement& placement = module_.settings.windowPlacement[mainPlacement];
     if (placement.width > narrowestPlacement)
         place(*this, placement);
-    Text1->clear();
+    statusLine->clear();
     view_.start();
-    Picture1->setFocus();
+    plotArea->setFocus();
 }
 
 // The window system's own first sizing is no layout: the view keeps its width.
-void Form2::Picture1_Resize() {
-    if (Picture1->seen())
+void Form2::plotResized() {
+    if (plotArea->seen())
         view_.layout();
     else
         view_.redraw();
 }
 
-void Form2::Picture1_MouseDown(int button, int, double x, double) {
+void Form2::plotPressed(int button, int, double x, double) {
     if (button == rightButton && module_.peakArea.fields.bounds.shown && form7_)
         form7_->enterCursorChannel(module_.view.cursorCh);
     else
@@ -159,7 +160,7 @@ void Form2::changeEvent(QEvent* event) {
         return;
     view_.activate();
     // A nuclide that was chosen in another window shows on return.
-    BuildNuclideMarks();
+    buildMarks();
     // The message of a fault hands the activation back to this window: what ended in one is not
     // drawn again before something else has been.
     if (!view_.drawingFaulted())
@@ -169,15 +170,15 @@ void Form2::changeEvent(QEvent* event) {
 // A message in front of the window takes the release of a held button away from it.
 bool Form2::event(QEvent* event) {
     if (event->type() == QEvent::WindowBlocked) {
-        Command5->setDown(false);
-        Command6->setDown(false);
+        stepLeftButton->setDown(false);
+        stepRightButton->setDown(false);
     }
     return QMainWindow::event(event);
 }
 
 // The status line can be selected and copied; all other keys belong to the plot.
 bool Form2::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != Text1 || event->type() != QEvent::KeyPress)
+    if (watched != statusLine || event->type() != QEvent::KeyPress)
         return QMainWindow::eventFilter(watched, event);
     const auto* key = static_cast<QKeyEvent*>(event);
     const bool own = key->matches(QKeySequence::Copy) || key->matches(QKeySequence::SelectAll) ||
@@ -186,7 +187,7 @@ bool Form2::eventFilter(QObject* watched, QEvent* event) {
     if (own)
         return false;
     focusPlot();
-    QApplication::sendEvent(Picture1, event);
+    QApplication::sendEvent(plotArea, event);
     return true;
 }
 
@@ -248,39 +249,39 @@ void Form2::closeEvent(QCloseEvent* event) {
 }
 
 void Form2::showStatus(std::string_view text) {
-    Text1->setText(toWindow(text));
+    statusLine->setText(toWindow(text));
 }
 
 void Form2::placeCursorMark(const CursorMark& mark) {
-    Picture1->placeCursorMark(mark);
+    plotArea->placeCursorMark(mark);
 }
 
 // The caption names the scale that a click switches to.
 void Form2::showCountAxis(CountAxis axis) {
     const bool linear = axis == CountAxis::Linear;
-    Command2->setText(linear ? QStringLiteral("Log") : QStringLiteral("Lin"));
-    Command3->setVisible(linear);
-    Command4->setVisible(linear);
+    countAxisButton->setText(linear ? QStringLiteral("Log") : QStringLiteral("Lin"));
+    lowerScaleButton->setVisible(linear);
+    raiseScaleButton->setVisible(linear);
 }
 
 void Form2::focusPlot() {
-    Picture1->setFocus();
+    plotArea->setFocus();
 }
 
 void Form2::run(PlotCommand command) {
     switch (command) {
         case PlotCommand::JumpToChannel:
-            return jump_ch_Click();
+            return jumpToChannel();
         case PlotCommand::JumpToEnergy:
-            return jump_engy_Click();
+            return jumpToEnergy();
         case PlotCommand::OpenFile:
-            return f11_Click(0);
+            return openSpectrumFile();
         case PlotCommand::OpenEnergyList:
-            return win_wngy_Click();
+            return showEnergyList();
         case PlotCommand::CalibrateEnergy:
-            return o11_Click(0);
+            return calibrateEnergy();
         case PlotCommand::SwitchNuclideMarks:
-            return o11_Click(3);
+            return switchNuclideMarks();
         case PlotCommand::AskNuclide:
             return askNuclide();
     }

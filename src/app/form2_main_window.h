@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -38,17 +39,17 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void endSession();
 
     // Draws what is still to be drawn; for tests and screenshots.
-    const QImage& picture() { return Picture1->picture(); }
+    const QImage& picture() { return plotArea->picture(); }
 
-    PictureBox* const Picture1;
-    QPushButton* const Command1;
-    QPushButton* const Command2;
-    QPushButton* const Command3;
-    QPushButton* const Command4;
-    QPushButton* const Command5;
-    QPushButton* const Command6;
-    QPushButton* const Command7;
-    QLineEdit* const Text1;
+    PictureBox* const plotArea;
+    QPushButton* const expandButton;
+    QPushButton* const countAxisButton;
+    QPushButton* const lowerScaleButton;
+    QPushButton* const raiseScaleButton;
+    QPushButton* const stepLeftButton;
+    QPushButton* const stepRightButton;
+    QPushButton* const shrinkButton;
+    QLineEdit* const statusLine;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -59,33 +60,48 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    // Menus. The indices of f11 have gaps on purpose.
+    // A menu, an item of one, or a separator.
+    struct Action {
+        const char* menu = "";           // object name of the menu that it stands in; none: the bar
+        const char* name = "";           // object name
+        const char* caption = "";        // none: a separator
+        const char* plotKeys = "";       // keys of the plot that do the same, as people are told
+        const char* shortcut = "";       // bound to the item
+        const char* does = "";           // a sentence without its point
+        void (Form2::*run)() = nullptr;  // none: a menu
+        bool (Form2::*isOn)() const = nullptr;  // none: the item has no mark
+    };
+    static std::span<const Action> actions();
+    static QString toolTipOf(const Action& action);
+    static QAction* makeMenu(QWidget& parent, const Action& action);
+    QAction* makeItem(QWidget& parent, const Action& action);
     void buildMenus();
-    void buildFileMenu();
-    void buildJumpMenu();
-    void buildOptionMenu();
-    void buildWindowMenu();
-    void f11_Click(int index);
-    void o11_Click(int index);
-    void o111_Click(int index);
+    QAction* actionNamed(const char* name) const;
+    // Marks the items as the state is.
+    void showMarks();
+
+    void saveCounts();
+    void leave();
+    void drawLine();
+    void drawDots();
+    bool drawsLine() const;
+    bool drawsDots() const;
     void calibrateEnergy();
-    void pkarea_Click();
-    void jump_ch_Click();
-    void jump_engy_Click();
-    void win_wngy_Click();
-    void win_nd_Click();
+    void showPeakArea();
+    void jumpToChannel();
+    void jumpToEnergy();
 
     void placeControls();
     void connectControls();
-    void Form_Load();
-    void Picture1_Resize();
-    void Picture1_MouseDown(int button, int shift, double x, double y);
+    void showAtStart();
+    void plotResized();
+    void plotPressed(int button, int shift, double x, double y);
 
     void askNuclide();
     void selectNuclide(const std::string& key);
     void chooseDatabaseDir();
     void switchNuclideMarks();
-    void BuildNuclideMarks();
+    void buildMarks();
     void openSpectrumFile();
     void openAnyFile();
     OpenTarget openTarget();

@@ -1,5 +1,7 @@
 // The menu tree of the main window, and what its items do.
 
+#include <array>
+
 #include <QActionGroup>
 #include <QMenu>
 #include <QMenuBar>
@@ -22,102 +24,121 @@ constexpr int peakAreaPlacement = 7;
 constexpr int printPlacement = 8;
 constexpr int resultPlacement = 11;
 
-QString itemName(const char* control, int index) {
-    return QStringLiteral("%1(%2)").arg(QLatin1String(control)).arg(index);
-}
-
-template <typename Handler>
-QAction* addItem(QWidget* menu, const QString& name, const char* caption, Handler handler) {
-    auto* action = new QAction(QString::fromLatin1(caption), menu);
-    action->setObjectName(name);
-    QObject::connect(action, &QAction::triggered, menu, [handler] { handler(); });
-    menu->addAction(action);
-    return action;
-}
-
 }  // namespace
 
+// The menus from left to right, each from top to bottom. What an item needs, its tool tip and the
+// keys that people are told are made from this table.
+std::span<const Form2::Action> Form2::actions() {
+    using F = Form2;
+    // menu, object name, caption, keys of the plot, shortcut, what it does, handler, mark
+    static constexpr std::array table = {
+        Action{"", "file", "&File"},
+        Action{"file", "f11(0)", "&Open File...", "F7, G", "", "Open a spectrum of a chosen format",
+               &F::openSpectrumFile},
+        Action{"file", "f11(1)", "&Data Inform", "", "", "Show the header of the spectrum",
+               &F::showDataInformation},
+        Action{"file", "f11(4)", "&Save as CSV", "", "", "Save the counts as a table",
+               &F::saveCounts},
+        Action{"file", "f11(20)", "&Print", "", "", "Show the printed sheet, and print it",
+               &F::showPrintPreview},
+        Action{"file", "f11(30)"},
+        Action{"file", "f11(40)", "E&xit", "", "", "Save the settings and leave", &F::leave},
+        Action{"file", ""},
+        Action{"file", "openAny", "Open &Any File...", "", "Ctrl+O",
+               "Open a spectrum of any format, known by its content", &F::openAnyFile},
+        Action{"", "pkarea", "&pkArea", "", "", "Measure peak areas", &F::showPeakArea},
+        Action{"", "jump", "&Jump"},
+        Action{"jump", "jump_ch", "&Ch", "F1, A", "", "Move the cursor to a channel",
+               &F::jumpToChannel},
+        Action{"jump", "jump_engy", "&Energy", "Z", "", "Move the cursor to an energy",
+               &F::jumpToEnergy},
+        Action{"", "optn", "&Option"},
+        Action{"optn", "o11(0)", "&Energy Calib", "I", "",
+               "Calibrate channels to energies with two points", &F::calibrateEnergy},
+        Action{"optn", "o11(1)", "&NuclDB Dir", "", "", "Choose the folder of the nuclide database",
+               &F::chooseDatabaseDir},
+        Action{"optn", "o11(2)", "&Plot Mode"},
+        Action{"o11(2)", "o111(0)", "&Line", "", "", "Draw the spectrum as a line", &F::drawLine,
+               &F::drawsLine},
+        Action{"o11(2)", "o111(1)", "&Dots", "", "", "Draw the spectrum as dots", &F::drawDots,
+               &F::drawsDots},
+        Action{"optn", "o11(3)", "Nucl&ROI(ON/OFF)", "B", "",
+               "Show or hide the marks of a nuclide's lines", &F::switchNuclideMarks},
+        Action{"", "win", "&Window"},
+        Action{"win", "win_wngy", "Open &EnergyList", "F5, E", "",
+               "List the lines near the energy at the cursor", &F::showEnergyList},
+        Action{"win", "win_nd", "Open &NuclData", "", "", "Show half-life and lines of a nuclide",
+               &F::showNuclideData},
+    };
+    return table;
+}
+
+// "Save the counts as a table", and the keys in brackets where there are any.
+QString Form2::toolTipOf(const Action& action) {
+    const QString does = QString::fromLatin1(action.does);
+    const QString keys = QString::fromLatin1(action.plotKeys) + QLatin1String(action.shortcut);
+    return keys.isEmpty() ? does : QStringLiteral("%1 (%2)").arg(does, keys);
+}
+
+QAction* Form2::makeMenu(QWidget& parent, const Action& action) {
+    auto* menu = new QMenu(QString::fromLatin1(action.caption), &parent);
+    menu->setToolTipsVisible(true);
+    // In a menu of a menu one item has the mark.
+    if (action.menu[0] != '\0')
+        new QActionGroup(menu);
+    return menu->menuAction();
+}
+
+QAction* Form2::makeItem(QWidget& parent, const Action& action) {
+    auto* item = new QAction(QString::fromLatin1(action.caption), &parent);
+    item->setShortcut(QKeySequence(QString::fromLatin1(action.shortcut)));
+    item->setToolTip(toolTipOf(action));
+    item->setCheckable(action.isOn != nullptr);
+    if (auto* group = parent.findChild<QActionGroup*>({}, Qt::FindDirectChildrenOnly))
+        group->addAction(item);
+    connect(item, &QAction::triggered, this, [this, &action] {
+        // Before it, for the case that it ends in a fault: the click itself has moved the mark.
+        showMarks();
+        (this->*action.run)();
+        showMarks();
+    });
+    return item;
+}
+
 void Form2::buildMenus() {
-    buildFileMenu();
-    addItem(menuBar(), QStringLiteral("pkarea"), "&pkArea", [this] { pkarea_Click(); });
-    buildJumpMenu();
-    buildOptionMenu();
-    buildWindowMenu();
-}
-
-void Form2::buildFileMenu() {
-    QMenu* menu = menuBar()->addMenu(QStringLiteral("&File"));
-    const auto add = [this, menu](int index, const char* caption) {
-        addItem(menu, itemName("f11", index), caption, [this, index] { f11_Click(index); });
-    };
-    add(0, "&Open File...");
-    add(1, "&Data Inform");
-    add(4, "&Save as CSV");
-    add(20, "&Print");
-    menu->addSeparator()->setObjectName(itemName("f11", 30));
-    add(40, "E&xit");
-    menu->addSeparator();
-    QAction* any =
-        addItem(menu, QStringLiteral("openAny"), "Open &Any File...", [this] { openAnyFile(); });
-    any->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_O));
-}
-
-void Form2::buildJumpMenu() {
-    QMenu* menu = menuBar()->addMenu(QStringLiteral("&Jump"));
-    menu->menuAction()->setObjectName(QStringLiteral("jump"));
-    addItem(menu, QStringLiteral("jump_ch"), "&Ch", [this] { jump_ch_Click(); });
-    addItem(menu, QStringLiteral("jump_engy"), "&Energy", [this] { jump_engy_Click(); });
-}
-
-void Form2::buildOptionMenu() {
-    QMenu* menu = menuBar()->addMenu(QStringLiteral("&Option"));
-    menu->menuAction()->setObjectName(QStringLiteral("optn"));
-    const auto add = [this, menu](int index, const char* caption) {
-        addItem(menu, itemName("o11", index), caption, [this, index] { o11_Click(index); });
-    };
-    add(0, "&Energy Calib");
-    add(1, "&NuclDB Dir");
-    QMenu* modes = menu->addMenu(QStringLiteral("&Plot Mode"));
-    modes->menuAction()->setObjectName(itemName("o11", 2));
-    auto* group = new QActionGroup(modes);
-    for (const auto& [index, caption] : {std::pair{0, "&Line"}, std::pair{1, "&Dots"}}) {
-        QAction* mode = addItem(modes, itemName("o111", index), caption,
-                                [this, index = index] { o111_Click(index); });
-        mode->setCheckable(true);
-        mode->setChecked(index == 0);
-        group->addAction(mode);
+    for (const Action& action : actions()) {
+        QWidget* parent = menuBar();
+        if (action.menu[0] != '\0')
+            parent = actionNamed(action.menu)->menu();
+        const bool separator = action.caption[0] == '\0';
+        QAction* made = action.run != nullptr ? makeItem(*parent, action)
+                        : separator           ? new QAction(parent)
+                                              : makeMenu(*parent, action);
+        made->setSeparator(separator);
+        made->setObjectName(QString::fromLatin1(action.name));
+        parent->addAction(made);
     }
-    add(3, "Nucl&ROI(ON/OFF)");
+    showMarks();
 }
 
-void Form2::buildWindowMenu() {
-    QMenu* menu = menuBar()->addMenu(QStringLiteral("&Window"));
-    menu->menuAction()->setObjectName(QStringLiteral("win"));
-    addItem(menu, QStringLiteral("win_wngy"), "Open &EnergyList", [this] { win_wngy_Click(); });
-    addItem(menu, QStringLiteral("win_nd"), "Open &NuclData", [this] { win_nd_Click(); });
+QAction* Form2::actionNamed(const char* name) const {
+    return findChild<QAction*>(QString::fromLatin1(name));
 }
 
-void Form2::f11_Click(int index) {
-    switch (index) {
-        case 0:
-            openSpectrumFile();
-            break;
-        case 1:
-            showDataInformation();
-            break;
-        case 4:
-            saveAsCsv(module_.spectrum, module_.settings.lastDirectory, dialogs_);
-            focusPlot();
-            break;
-        case 20:
-            showPrintPreview();
-            break;
-        case 40:
-            close();
-            break;
-        default:
-            break;
+void Form2::showMarks() {
+    for (const Action& action : actions()) {
+        if (action.isOn != nullptr)
+            actionNamed(action.name)->setChecked((this->*action.isOn)());
     }
+}
+
+void Form2::saveCounts() {
+    saveAsCsv(module_.spectrum, module_.settings.lastDirectory, dialogs_);
+    focusPlot();
+}
+
+void Form2::leave() {
+    close();
 }
 
 void Form2::showPrintPreview() {
@@ -125,22 +146,6 @@ void Form2::showPrintPreview() {
           module_.settings.windowPlacement[printPlacement], this)
         .exec();
     focusPlot();
-}
-
-void Form2::o11_Click(int index) {
-    switch (index) {
-        case 0:
-            calibrateEnergy();
-            break;
-        case 1:
-            chooseDatabaseDir();
-            break;
-        case 3:
-            switchNuclideMarks();
-            break;
-        default:
-            break;
-    }
 }
 
 void Form2::calibrateEnergy() {
@@ -151,8 +156,20 @@ void Form2::calibrateEnergy() {
     focusPlot();
 }
 
-void Form2::o111_Click(int index) {
-    view_.setPlotMode(index == 0 ? PlotMode::Line : PlotMode::Dots);
+void Form2::drawLine() {
+    view_.setPlotMode(PlotMode::Line);
+}
+
+void Form2::drawDots() {
+    view_.setPlotMode(PlotMode::Dots);
+}
+
+bool Form2::drawsLine() const {
+    return module_.view.plotMode == PlotMode::Line;
+}
+
+bool Form2::drawsDots() const {
+    return !drawsLine();
 }
 
 PeakAreaWork Form2::peakAreaWork() {
@@ -161,7 +178,7 @@ PeakAreaWork Form2::peakAreaWork() {
 }
 
 // Without a live time there is nothing to measure, and no spectrum loaded as a rule.
-void Form2::pkarea_Click() {
+void Form2::showPeakArea() {
     if (module_.spectrum.liveTime == 0)
         return;
     if (form7_ && form7_->isVisible()) {
@@ -174,7 +191,7 @@ void Form2::pkarea_Click() {
         [this] { showPeakAreaResults(); }, this);
     connect(form7_.get(), &Form7::regionsChanged, this, [this] { view_.redraw(); });
     connect(form7_.get(), &Form7::setsChanged, this, &Form2::savePeakRegions);
-    form7_->Form_Load();
+    form7_->showFirstSet();
     activateWindow();
     focusPlot();
 }
@@ -193,16 +210,16 @@ void Form2::chooseDirectory(const std::string& caption, const std::string& label
     Form6 form6({settings.marigoldDir, settings.saveAsDir},
                 settings.windowPlacement[directoryPlacement], over);
     form6.setWindowTitle(toSigns(caption));
-    form6.Label1->setText(toSigns(label));
+    form6.prompt->setText(toSigns(label));
     form6.exec();
 }
 
-void Form2::jump_ch_Click() {
+void Form2::jumpToChannel() {
     view_.jumpTo(askChannel(dialogs_));
     focusPlot();
 }
 
-void Form2::jump_engy_Click() {
+void Form2::jumpToEnergy() {
     view_.jumpTo(askEnergy(module_.spectrum.calCurrent, dialogs_));
     focusPlot();
 }

@@ -66,14 +66,6 @@ void Form2::selectNuclide(const std::string& key) {
     module_.nuclide.forgetFailure();
 }
 
-void Form2::win_wngy_Click() {
-    showEnergyList();
-}
-
-void Form2::win_nd_Click() {
-    showNuclideData();
-}
-
 void Form2::askNuclide() {
     const std::optional<std::string> key = askNuclideKey(keyFromPlotName, dialogs_);
     if (!key)
@@ -94,11 +86,11 @@ void Form2::chooseDatabaseDir() {
 
 void Form2::switchNuclideMarks() {
     module_.nuclRoiOn = narrow16(-module_.nuclRoiOn);
-    BuildNuclideMarks();
+    buildMarks();
     view_.recentre();
 }
 
-void Form2::BuildNuclideMarks() {
+void Form2::buildMarks() {
     buildNuclideMarks(module_.channelColour, module_.nuclRoiOn, markedLines(module_.nuclide),
                       module_.spectrum, module_.palette);
 }

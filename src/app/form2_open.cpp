@@ -38,10 +38,10 @@ void Form2::showOpened(OpenResult result) {
         showCaption();
         if (form10_)
             form10_->refresh();
-        BuildNuclideMarks();
+        buildMarks();
         view_.showNewSpectrum();
         if (form7_ && form7_->isVisible() && form7_->leave())
-            pkarea_Click();
+            showPeakArea();
     }
     focusPlot();
 }

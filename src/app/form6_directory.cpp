@@ -37,46 +37,46 @@ bool holdsUserFiles(const QStorageInfo& volume) {
 
 Form6::Form6(const ChosenDirectories& directories, WindowPlacement& placement, QWidget* parent)
     : ModalForm("Form6", "Optn...Marigold Dir", placement, parent),
-      Label1(new QLabel(QStringLiteral("Marigold Dir"), this)),
-      Drive1(new QComboBox(this)),
-      Dir1(new QListWidget(this)),
-      Text1(fixedPitchField(this, "Text1", pathColumns, "Chosen folder")),
-      Command1(addButton("Command1", "&OK", "OK")),
-      Command2(addButton("Command2", "&CANCEL", "Cancel")),
+      prompt(new QLabel(QStringLiteral("Marigold Dir"), this)),
+      volumes(new QComboBox(this)),
+      folders(new QListWidget(this)),
+      chosenFolder(fixedPitchField(this, "Text1", pathColumns, "Chosen folder")),
+      okButton(addButton("Command1", "&OK", "OK")),
+      cancelButton(addButton("Command2", "&CANCEL", "Cancel")),
       directories_(directories) {
     placeControls();
     fillDrives();
     restorePlacement();
-    Form_Load();
-    connect(Drive1, &QComboBox::activated, this, &Form6::Drive1_Change);
-    connect(Dir1, &QListWidget::itemActivated, this, &Form6::Dir1_Change);
-    connect(Text1, &QLineEdit::returnPressed, this, &Form6::Command1_Click);
-    connect(Command1, &QPushButton::clicked, this, &Form6::Command1_Click);
-    connect(Command2, &QPushButton::clicked, this, &Form6::reject);
+    showStartFolder();
+    connect(volumes, &QComboBox::activated, this, &Form6::openVolume);
+    connect(folders, &QListWidget::itemActivated, this, &Form6::openFolder);
+    connect(chosenFolder, &QLineEdit::returnPressed, this, &Form6::acceptFolder);
+    connect(okButton, &QPushButton::clicked, this, &Form6::acceptFolder);
+    connect(cancelButton, &QPushButton::clicked, this, &Form6::reject);
 }
 
 void Form6::placeControls() {
-    Label1->setObjectName(QStringLiteral("Label1"));
-    Label1->setTextFormat(Qt::PlainText);
-    Drive1->setObjectName(QStringLiteral("Drive1"));
-    Drive1->setAccessibleName(tr("Drive"));
-    Dir1->setObjectName(QStringLiteral("Dir1"));
-    Dir1->setAccessibleName(tr("Folders"));
+    prompt->setObjectName(QStringLiteral("Label1"));
+    prompt->setTextFormat(Qt::PlainText);
+    volumes->setObjectName(QStringLiteral("Drive1"));
+    volumes->setAccessibleName(tr("Drive"));
+    folders->setObjectName(QStringLiteral("Dir1"));
+    folders->setAccessibleName(tr("Folders"));
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
-    buttons->addWidget(Command1);
-    buttons->addWidget(Command2);
+    buttons->addWidget(okButton);
+    buttons->addWidget(cancelButton);
     auto* column = new QVBoxLayout(this);
-    column->addWidget(Label1);
-    column->addWidget(Text1);
-    column->addWidget(Drive1);
-    column->addWidget(Dir1);
+    column->addWidget(prompt);
+    column->addWidget(chosenFolder);
+    column->addWidget(volumes);
+    column->addWidget(folders);
     column->addLayout(buttons);
     resize(520, 420);
-    QWidget* order[] = {Text1, Drive1, Dir1, Command1, Command2};
+    QWidget* order[] = {chosenFolder, volumes, folders, okButton, cancelButton};
     for (std::size_t i = 1; i < std::size(order); ++i)
         setTabOrder(order[i - 1], order[i]);
-    Dir1->setFocus();
+    folders->setFocus();
 }
 
 void Form6::fillDrives() {
@@ -86,48 +86,48 @@ void Form6::fillDrives() {
             drives += volume.rootPath();
     }
     drives.removeDuplicates();
-    Drive1->addItems(drives);
+    volumes->addItems(drives);
 }
 
-void Form6::Form_Load() {
+void Form6::showStartFolder() {
     setFolder(pathText(startDirectory(directories_)));
-    Text1->setText(folder_);
+    chosenFolder->setText(folder_);
     // The innermost drive that the start folder lies on.
     int drive = 0;
-    for (int i = 0; i < Drive1->count(); ++i) {
-        const QString root = Drive1->itemText(i);
+    for (int i = 0; i < volumes->count(); ++i) {
+        const QString root = volumes->itemText(i);
         const bool inside = folder_ == root || folder_.startsWith(root + QLatin1Char('/'));
-        if (inside && root.size() > Drive1->itemText(drive).size())
+        if (inside && root.size() > volumes->itemText(drive).size())
             drive = i;
     }
-    Drive1->setCurrentIndex(drive);
+    volumes->setCurrentIndex(drive);
 }
 
-void Form6::Drive1_Change() {
-    setFolder(Drive1->currentText());
-    Text1->setText(folder_);
+void Form6::openVolume() {
+    setFolder(volumes->currentText());
+    chosenFolder->setText(folder_);
 }
 
-void Form6::Dir1_Change() {
-    setFolder(Dir1->currentItem()->data(Qt::UserRole).toString());
-    Text1->setText(folder_);
+void Form6::openFolder() {
+    setFolder(folders->currentItem()->data(Qt::UserRole).toString());
+    chosenFolder->setText(folder_);
 }
 
-void Form6::Command1_Click() {
-    acceptDirectory(directories_, pathBytes(Text1->text()));
+void Form6::acceptFolder() {
+    acceptDirectory(directories_, pathBytes(chosenFolder->text()));
     accept();
 }
 
 void Form6::addFolder(const QString& path, const QString& name, int depth) {
-    auto* item =
-        new QListWidgetItem(style()->standardIcon(QStyle::SP_DirIcon),
-                            QString(qsizetype{3} * depth, QLatin1Char(' ')) + asSigns(name), Dir1);
+    auto* item = new QListWidgetItem(
+        style()->standardIcon(QStyle::SP_DirIcon),
+        QString(qsizetype{3} * depth, QLatin1Char(' ')) + asSigns(name), folders);
     item->setData(Qt::UserRole, path);
 }
 
 void Form6::setFolder(const QString& path) {
     folder_ = pathText(nearestDirectory(pathBytes(path)));
-    Dir1->clear();
+    folders->clear();
     QStringList chain;
     QDir above(folder_);
     do {
@@ -138,7 +138,7 @@ void Form6::setFolder(const QString& path) {
         const QString name = depth == 0 ? folder : QDir(folder).dirName();
         addFolder(folder, name, depth++);
     }
-    Dir1->setCurrentRow(Dir1->count() - 1);
+    folders->setCurrentRow(folders->count() - 1);
     const QDir current(folder_);
     const auto kinds = QDir::Dirs | QDir::NoDotAndDotDot;
     for (const QString& name : current.entryList(kinds, QDir::Name | QDir::IgnoreCase))

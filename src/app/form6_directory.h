@@ -19,20 +19,20 @@ class Form6 : public ModalForm {
     // What both refer to must outlive the window.
     Form6(const ChosenDirectories& directories, WindowPlacement& placement, QWidget* parent);
 
-    QLabel* const Label1;
-    QComboBox* const Drive1;  // the root, the home folder and the mounted volumes
-    QListWidget* const Dir1;  // the folders from the root to the current one, and those in it
-    QLineEdit* const Text1;
-    QPushButton* const Command1;
-    QPushButton* const Command2;
+    QLabel* const prompt;
+    QComboBox* const volumes;    // the root, the home folder and the mounted volumes
+    QListWidget* const folders;  // the folders from the root to the current one, and those in it
+    QLineEdit* const chosenFolder;
+    QPushButton* const okButton;
+    QPushButton* const cancelButton;
 
   private:
     void placeControls();
-    void Form_Load();
+    void showStartFolder();
     void fillDrives();
-    void Drive1_Change();
-    void Dir1_Change();
-    void Command1_Click();
+    void openVolume();
+    void openFolder();
+    void acceptFolder();
 
     // Lists a folder in Dir1; one that is gone is replaced by the nearest one that exists.
     void setFolder(const QString& path);

@@ -19,9 +19,9 @@ constexpr int summaryLines = 3;
 
 Form12::Form12(NuclideDataContext context, QWidget* parent)
     : QWidget(parent, Qt::Window),
-      List1(new TextList(this)),
-      Text1(new QLineEdit(this)),
-      MSFlexGrid1(new Grid(context.palette, this)),
+      summary(new TextList(this)),
+      databaseDate(new QLineEdit(this)),
+      lineGrid(new Grid(context.palette, this)),
       context_(context) {
     setObjectName(QStringLiteral("Form12"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -32,33 +32,33 @@ Form12::Form12(NuclideDataContext context, QWidget* parent)
     if (context_.placement.width > narrowestPlacement)
         place(*this, context_.placement);
     showData();
-    connect(MSFlexGrid1, &Grid::keyDown, this, &Form12::MSFlexGrid1_KeyDown);
+    connect(lineGrid, &Grid::keyDown, this, &Form12::gridKeyDown);
 }
 
 void Form12::placeControls() {
-    List1->setObjectName(QStringLiteral("List1"));
-    List1->setAccessibleName(tr("Half-life and decay modes"));
-    List1->setFixedHeight(List1->fontMetrics().height() * summaryLines + 4 * summaryLines + 8);
-    Text1->setObjectName(QStringLiteral("Text1"));
-    Text1->setReadOnly(true);
-    Text1->setFocusPolicy(Qt::ClickFocus);
-    Text1->setAccessibleName(tr("Date of the data"));
-    MSFlexGrid1->setObjectName(QStringLiteral("MSFlexGrid1"));
-    MSFlexGrid1->setAccessibleName(tr("Lines of the nuclide"));
+    summary->setObjectName(QStringLiteral("List1"));
+    summary->setAccessibleName(tr("Half-life and decay modes"));
+    summary->setFixedHeight(summary->fontMetrics().height() * summaryLines + 4 * summaryLines + 8);
+    databaseDate->setObjectName(QStringLiteral("Text1"));
+    databaseDate->setReadOnly(true);
+    databaseDate->setFocusPolicy(Qt::ClickFocus);
+    databaseDate->setAccessibleName(tr("Date of the data"));
+    lineGrid->setObjectName(QStringLiteral("MSFlexGrid1"));
+    lineGrid->setAccessibleName(tr("Lines of the nuclide"));
     auto* menu = new QMenuBar(this);
     QAction* nuc1 = menu->addAction(QStringLiteral("&Nuclide"));
     nuc1->setObjectName(QStringLiteral("nuc1"));
-    connect(nuc1, &QAction::triggered, this, &Form12::AskNuclide);
+    connect(nuc1, &QAction::triggered, this, &Form12::askNuclide);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(6, 6, 6, 6);
     column->setMenuBar(menu);
-    column->addWidget(List1);
-    column->addWidget(Text1);
-    column->addWidget(MSFlexGrid1, 1);
-    MSFlexGrid1->setFocus();
+    column->addWidget(summary);
+    column->addWidget(databaseDate);
+    column->addWidget(lineGrid, 1);
+    lineGrid->setFocus();
 }
 
-void Form12::AskNuclide() {
+void Form12::askNuclide() {
     const std::optional<std::string> key = askNuclideKey(keyFromWindowName, context_.dialogs);
     if (!key)
         return;
@@ -74,21 +74,21 @@ void Form12::ShowNuclideFromDatabase() {
 
 void Form12::showData() {
     const NuclideData& shown = context_.data;
-    List1->clear();
+    summary->clear();
     for (const std::string& line : shown.summary)
-        List1->addItem(toSigns(line));
-    Text1->setText(toWindow(shown.updateText));
-    Text1->setToolTip(
+        summary->addItem(toSigns(line));
+    databaseDate->setText(toWindow(shown.updateText));
+    databaseDate->setToolTip(
         shown.source.empty() ? QString() : QStringLiteral("Gamma lines: ") + toSigns(shown.source));
-    MSFlexGrid1->setFormat(nuclideListFormat);
+    lineGrid->setFormat(nuclideListFormat);
     std::vector<GridRow> rows;
     for (const NuclideRow& line : shown.rows)
         rows.push_back({{line.energy}, {line.intensity, line.intensityColour}, {line.definition}});
-    MSFlexGrid1->setRows(std::move(rows));
-    MSFlexGrid1->goTo(1, 1, 1);
+    lineGrid->setRows(std::move(rows));
+    lineGrid->goTo(1, 1, 1);
 }
 
-void Form12::MSFlexGrid1_KeyDown(int keyCode) {
+void Form12::gridKeyDown(int keyCode) {
     if (keyCode == 'N' || keyCode == virtual_key::f11)
         context_.windows.showEnergyList();
     else if (keyCode == 'X' || keyCode == virtual_key::f10)

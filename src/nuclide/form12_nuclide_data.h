@@ -34,9 +34,9 @@ class Form12 : public QWidget {
 
     void ShowNuclideFromDatabase();
 
-    TextList* const List1;
-    QLineEdit* const Text1;
-    Grid* const MSFlexGrid1;
+    TextList* const summary;
+    QLineEdit* const databaseDate;
+    Grid* const lineGrid;
 
   protected:
     void changeEvent(QEvent* event) override;
@@ -45,8 +45,8 @@ class Form12 : public QWidget {
 
   private:
     void placeControls();
-    void AskNuclide();
-    void MSFlexGrid1_KeyDown(int keyCode);
+    void askNuclide();
+    void gridKeyDown(int keyCode);
     void showData();
 
     NuclideDataContext context_;

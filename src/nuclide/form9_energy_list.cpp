@@ -45,42 +45,42 @@ int chosen(const std::array<QRadioButton*, N>& options) {
 
 Form9::Form9(EnergyListContext context, QWidget* parent)
     : QWidget(parent, Qt::Window),
-      SSTab1(new QTabWidget(this)),
-      MSFlexGrid1(new Grid(context.palette, this)),
-      Text1(new QLineEdit(this)),
+      tabs(new QTabWidget(this)),
+      lineGrid(new Grid(context.palette, this)),
+      databaseDate(new QLineEdit(this)),
       context_(std::move(context)) {
     setObjectName(QStringLiteral("Form9"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Kestrel - EnergyList"));
-    SSTab1->setObjectName(QStringLiteral("SSTab1"));
+    tabs->setObjectName(QStringLiteral("SSTab1"));
     buildListTab();
     buildGateTab();
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(6, 6, 6, 6);
-    layout->addWidget(SSTab1);
+    layout->addWidget(tabs);
     resize(760, 480);
     if (context_.placement.width > narrowestPlacement)
         place(*this, context_.placement);
-    SSTab1->setCurrentIndex(listTab);
+    tabs->setCurrentIndex(listTab);
     showList();
-    ResetEnergyListFilters();
-    connect(SSTab1, &QTabWidget::currentChanged, this, &Form9::SSTab1_Click);
+    resetGate();
+    connect(tabs, &QTabWidget::currentChanged, this, &Form9::tabChosen);
 }
 
 void Form9::buildListTab() {
-    Text1->setObjectName(QStringLiteral("Text1"));
-    Text1->setReadOnly(true);
-    Text1->setFocusPolicy(Qt::ClickFocus);
-    Text1->setAccessibleName(tr("Date of the database"));
-    MSFlexGrid1->setObjectName(QStringLiteral("MSFlexGrid1"));
-    MSFlexGrid1->setAccessibleName(tr("Lines near the cursor"));
+    databaseDate->setObjectName(QStringLiteral("Text1"));
+    databaseDate->setReadOnly(true);
+    databaseDate->setFocusPolicy(Qt::ClickFocus);
+    databaseDate->setAccessibleName(tr("Date of the database"));
+    lineGrid->setObjectName(QStringLiteral("MSFlexGrid1"));
+    lineGrid->setAccessibleName(tr("Lines near the cursor"));
     auto* page = new QWidget(this);
     auto* column = new QVBoxLayout(page);
-    column->addWidget(Text1);
-    column->addWidget(MSFlexGrid1, 1);
-    SSTab1->addTab(page, QStringLiteral("&EngList"));
-    connect(MSFlexGrid1, &Grid::rowPicked, this, &Form9::pickRow);
-    connect(MSFlexGrid1, &Grid::keyDown, this, &Form9::MSFlexGrid1_KeyDown);
+    column->addWidget(databaseDate);
+    column->addWidget(lineGrid, 1);
+    tabs->addTab(page, QStringLiteral("&EngList"));
+    connect(lineGrid, &Grid::rowPicked, this, &Form9::pickRow);
+    connect(lineGrid, &Grid::keyDown, this, &Form9::gridKeyDown);
 }
 
 void Form9::buildGateTab() {
@@ -94,13 +94,13 @@ void Form9::buildGateTab() {
     static constexpr std::array radiations = {"gamma ray", "beta max", "beta+ max", "alpha",
                                               "Cnv/Aug Elc"};
     static constexpr std::array decays = {"All", "B-", "EC,B+", "IT", "alpha"};
-    grid->addWidget(optionFrame("EngList of", "Option2", radiations, Option2), 0, 1, 5, 1);
-    grid->addWidget(optionFrame("with DcyMode of", "Option1", decays, Option1), 0, 2, 5, 1);
+    grid->addWidget(optionFrame("EngList of", "Option2", radiations, radiationOptions), 0, 1, 5, 1);
+    grid->addWidget(optionFrame("with DcyMode of", "Option1", decays, decayOptions), 0, 2, 5, 1);
     auto* reset = new QPushButton(tr("&Defaults"), page);
-    connect(reset, &QPushButton::clicked, this, &Form9::ResetEnergyListFilters);
+    connect(reset, &QPushButton::clicked, this, &Form9::resetGate);
     grid->addWidget(reset, 5, 0);
     grid->setRowStretch(6, 1);
-    SSTab1->addTab(page, QStringLiteral("&Gate"));
+    tabs->addTab(page, QStringLiteral("&Gate"));
 }
 
 QWidget* Form9::entryFrame(const char* caption, std::initializer_list<int> entries,
@@ -114,7 +114,7 @@ QWidget* Form9::entryFrame(const char* caption, std::initializer_list<int> entri
         entry->setAccessibleName(QStringLiteral("%1 %2").arg(
             QString::fromLatin1(caption), number % 2 == 0 ? tr("lowest") : tr("highest")));
         row->addWidget(entry);
-        Text2.at(static_cast<std::size_t>(number)) = entry;
+        gateFields.at(static_cast<std::size_t>(number)) = entry;
     }
     auto* label = new QLabel(QString::fromLatin1(unit), frame);
     label->setObjectName(QStringLiteral("Label1"));
@@ -137,24 +137,24 @@ QWidget* Form9::optionFrame(const char* caption, const char* name,
     return frame;
 }
 
-void Form9::ResetEnergyListFilters() {
+void Form9::resetGate() {
     const EnergyEntries defaults;
-    for (std::size_t i = 0; i < Text2.size(); ++i) {
-        if (Text2.at(i) != nullptr)
-            Text2.at(i)->setText(toWindow(defaults.text.at(i)));
+    for (std::size_t i = 0; i < gateFields.size(); ++i) {
+        if (gateFields.at(i) != nullptr)
+            gateFields.at(i)->setText(toWindow(defaults.text.at(i)));
     }
-    Option1[0]->setChecked(true);
-    Option2[0]->setChecked(true);
+    decayOptions[0]->setChecked(true);
+    radiationOptions[0]->setChecked(true);
 }
 
 EnergyEntries Form9::entries() const {
     EnergyEntries result;
-    for (std::size_t i = 0; i < Text2.size(); ++i) {
-        if (Text2.at(i) != nullptr)
-            result.text.at(i) = fromWindow(Text2.at(i)->text());
+    for (std::size_t i = 0; i < gateFields.size(); ++i) {
+        if (gateFields.at(i) != nullptr)
+            result.text.at(i) = fromWindow(gateFields.at(i)->text());
     }
-    result.decayClass = chosen(Option1);
-    result.radiationClass = chosen(Option2);
+    result.decayClass = chosen(decayOptions);
+    result.radiationClass = chosen(radiationOptions);
     return result;
 }
 
@@ -162,22 +162,22 @@ EnergyEntries Form9::entries() const {
 void Form9::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && isActiveWindow())
-        QMetaObject::invokeMethod(this, &Form9::Form_Activate, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &Form9::activated, Qt::QueuedConnection);
 }
 
-void Form9::Form_Activate() {
-    SSTab1->setCurrentIndex(listTab);
-    RefreshEnergyList();
+void Form9::activated() {
+    tabs->setCurrentIndex(listTab);
+    refreshList();
 }
 
-void Form9::SSTab1_Click(int tab) {
+void Form9::tabChosen(int tab) {
     if (tab != listTab)
         return;
     state_.forceRefresh = true;
-    RefreshEnergyList();
+    refreshList();
 }
 
-void Form9::RefreshEnergyList() {
+void Form9::refreshList() {
     const EnergyEntries typed = entries();
     if (refreshEnergyList(state_,
                           {context_.cursorCh, context_.calibration, typed, context_.marigoldDir},
@@ -187,13 +187,13 @@ void Form9::RefreshEnergyList() {
 
 void Form9::showList() {
     const EnergyList& list = state_.list;
-    Text1->setText(toWindow(state_.updateText));
-    MSFlexGrid1->setFormat(list.format);
-    MSFlexGrid1->setRows(gridRows(list.rows));
+    databaseDate->setText(toWindow(state_.updateText));
+    lineGrid->setFormat(list.format);
+    lineGrid->setRows(gridRows(list.rows));
     if (list.current == 0)
         return;
-    MSFlexGrid1->goTo(list.current, static_cast<int>(nuclideColumn), list.firstVisible);
-    MSFlexGrid1->setFocus();
+    lineGrid->goTo(list.current, static_cast<int>(nuclideColumn), list.firstVisible);
+    lineGrid->setFocus();
 }
 
 void Form9::pickRow(int row) {
@@ -206,9 +206,9 @@ void Form9::pickRow(int row) {
     context_.windows.showNuclideData();
 }
 
-void Form9::MSFlexGrid1_KeyDown(int keyCode) {
+void Form9::gridKeyDown(int keyCode) {
     if (keyCode == 'N' || keyCode == virtual_key::f11)
-        pickRow(MSFlexGrid1->currentRow());
+        pickRow(lineGrid->currentRow());
     else if (keyCode == 'X' || keyCode == virtual_key::f10)
         context_.windows.showMainWindow();
 }

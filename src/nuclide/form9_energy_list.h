@@ -37,12 +37,12 @@ class Form9 : public QWidget {
   public:
     Form9(EnergyListContext context, QWidget* parent);
 
-    QTabWidget* const SSTab1;
-    Grid* const MSFlexGrid1;
-    QLineEdit* const Text1;
-    std::array<QLineEdit*, 10> Text2{};  // number 8 does not exist
-    std::array<QRadioButton*, 5> Option1{};
-    std::array<QRadioButton*, 5> Option2{};
+    QTabWidget* const tabs;
+    Grid* const lineGrid;
+    QLineEdit* const databaseDate;
+    std::array<QLineEdit*, 10> gateFields{};  // number 8 does not exist
+    std::array<QRadioButton*, 5> decayOptions{};
+    std::array<QRadioButton*, 5> radiationOptions{};
 
   protected:
     void changeEvent(QEvent* event) override;
@@ -58,12 +58,12 @@ class Form9 : public QWidget {
                          const std::array<const char*, N>& captions,
                          std::array<QRadioButton*, N>& options);
 
-    void Form_Activate();
-    void SSTab1_Click(int tab);
-    void MSFlexGrid1_KeyDown(int keyCode);
+    void activated();
+    void tabChosen(int tab);
+    void gridKeyDown(int keyCode);
     void pickRow(int row);
-    void RefreshEnergyList();
-    void ResetEnergyListFilters();
+    void refreshList();
+    void resetGate();
     EnergyEntries entries() const;
     void showList();
 

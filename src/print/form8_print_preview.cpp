@@ -29,21 +29,21 @@ Form8::Form8(const PrintoutInput& input, Dialogs& dialogs, WindowPlacement& plac
              QWidget* parent)
     : ModalForm("Form8", "Print Image", placement, parent),
       menu_(new QMenuBar(this)),
-      prn1(menuItem(menu_, "prn1", "&Print")),
-      can1(menuItem(menu_, "can1", "&Cancel")),
+      printAction(menuItem(menu_, "prn1", "&Print")),
+      cancelAction(menuItem(menu_, "can1", "&Cancel")),
       input_(input),
       dialogs_(dialogs),
       layout_(dialogs.pageLayout()),
       canvas_(printFont()) {
     (new QVBoxLayout(this))->setMenuBar(menu_);
-    connect(prn1, &QAction::triggered, this, &Form8::prn1_Click);
-    connect(can1, &QAction::triggered, this, &Form8::reject);
+    connect(printAction, &QAction::triggered, this, &Form8::print);
+    connect(cancelAction, &QAction::triggered, this, &Form8::reject);
     resize(screen()->availableSize() * 0.85);
     restorePlacement();
     drawPreview();
 }
 
-void Form8::prn1_Click() {
+void Form8::print() {
     const std::unique_ptr<PrintJob> job = dialogs_.print(baseName(input_.spectrum));
     if (job == nullptr)
         return;
@@ -111,7 +111,7 @@ void Form8::paintEvent(QPaintEvent*) {
 // Enter prints; Escape closes, as in every window.
 void Form8::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        prn1->trigger();
+        printAction->trigger();
     else
         ModalForm::keyPressEvent(event);
 }

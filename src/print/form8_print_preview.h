@@ -20,8 +20,8 @@ class Form8 : public ModalForm {
     Form8(const PrintoutInput& input, Dialogs& dialogs, WindowPlacement& placement,
           QWidget* parent);
 
-    QAction* const prn1;
-    QAction* const can1;
+    QAction* const printAction;
+    QAction* const cancelAction;
 
     // The sheet without its margins, as the window shows it.
     const QImage& sheet() const { return sheet_; }
@@ -31,7 +31,7 @@ class Form8 : public ModalForm {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    void prn1_Click();
+    void print();
     void drawPreview();
     bool drawSheet(const PageLayout& layout, Canvas& canvas);
     QRectF paperRect() const;

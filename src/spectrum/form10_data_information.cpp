@@ -12,15 +12,15 @@ namespace kestrel {
 Form10::Form10(const std::vector<std::string>& headerLines, WindowPlacement& placement,
                QWidget* parent)
     : QWidget(parent, Qt::Window),
-      List1(new TextList(this)),
+      header(new TextList(this)),
       headerLines_(headerLines),
       placement_(placement) {
     setObjectName(QStringLiteral("Form10"));
     setWindowTitle(QStringLiteral("Kestrel - Data Inform"));
-    List1->setObjectName(QStringLiteral("List1"));
-    List1->setAccessibleName(tr("Data information"));
+    header->setObjectName(QStringLiteral("List1"));
+    header->setAccessibleName(tr("Data information"));
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(List1);
+    layout->addWidget(header);
     resize(720, 190);
     if (placement_.width != 0)
         place(*this, placement_);
@@ -28,9 +28,9 @@ Form10::Form10(const std::vector<std::string>& headerLines, WindowPlacement& pla
 }
 
 void Form10::refresh() {
-    List1->clear();
+    header->clear();
     for (const std::string& line : headerLines_)
-        List1->addItem(toSigns(line));
+        header->addItem(toSigns(line));
 }
 
 void Form10::closeEvent(QCloseEvent* event) {

@@ -22,7 +22,7 @@ class Form10 : public QWidget {
     // Lists the header lines as they are now.
     void refresh();
 
-    TextList* const List1;
+    TextList* const header;
 
   protected:
     void closeEvent(QCloseEvent* event) override;

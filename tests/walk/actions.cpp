@@ -179,16 +179,16 @@ void Walk::pressPlotKey() {
     const PlotKey& key = random_.pick(plotKeys);
     effects_ = key.effects;
     const bool sign = key.key == Qt::Key_Less || key.key == Qt::Key_Greater;
-    press(*form2_->Picture1, key.key, sign ? Qt::ShiftModifier : random_.pick(modifiers));
+    press(*form2_->plotArea, key.key, sign ? Qt::ShiftModifier : random_.pick(modifiers));
 }
 
 // By right clicks, of which each fills the field after the last.
 void Walk::enterBounds() {
     effects_ = MovesCursor;
-    int x = random_.below(form2_->Picture1->width());
+    int x = random_.below(form2_->plotArea->width());
     for (int i = 0; i < 6; ++i) {
-        QTest::mouseClick(form2_->Picture1, Qt::LeftButton, {}, {x, 100});
-        QTest::mouseClick(form2_->Picture1, Qt::RightButton, {}, {x, 100});
+        QTest::mouseClick(form2_->plotArea, Qt::LeftButton, {}, {x, 100});
+        QTest::mouseClick(form2_->plotArea, Qt::RightButton, {}, {x, 100});
         x += random_.between(2, 20);
     }
 }
@@ -209,11 +209,11 @@ void Walk::chooseItem() {
 
 void Walk::turnWheel() {
     effects_ = MovesCursor;
-    const QPointF place = anyPlace(*form2_->Picture1, random_);
-    QWheelEvent wheel(place, form2_->Picture1->mapToGlobal(place), {},
+    const QPointF place = anyPlace(*form2_->plotArea, random_);
+    QWheelEvent wheel(place, form2_->plotArea->mapToGlobal(place), {},
                       {0, random_.between(-240, 240)}, Qt::NoButton, random_.pick(modifiers),
                       Qt::NoScrollPhase, false);
-    QApplication::sendEvent(form2_->Picture1, &wheel);
+    QApplication::sendEvent(form2_->plotArea, &wheel);
 }
 
 void Walk::resizeMain() {

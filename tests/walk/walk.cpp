@@ -91,12 +91,13 @@ bool Walk::stateHolds() {
 
 bool Walk::windowHolds() {
     const QImage& picture = form2_->picture();
-    const QSize dots = form2_->Picture1->size() * form2_->Picture1->devicePixelRatioF();
+    const QSize dots = form2_->plotArea->size() * form2_->plotArea->devicePixelRatioF();
     return require(form2_->isEnabled(), "the main window takes no input") &&
            require(QApplication::overrideCursor() == nullptr, "an hourglass that stays") &&
            require(QApplication::activeModalWidget() == nullptr, "a modal window that stays") &&
            require(!picture.isNull() && picture.size() == dots, "the picture of the plot") &&
-           require(form2_->Command3->isVisible() == (module_->view.linLogMode == CountAxis::Linear),
+           require(form2_->lowerScaleButton->isVisible() ==
+                       (module_->view.linLogMode == CountAxis::Linear),
                    "the buttons of the full scale");
 }
 
@@ -139,7 +140,7 @@ bool Walk::promisesHold() {
     const int channels = module_->spectrum.channelCount;
     const auto statusHolds = [&] {
         return statusStale_ || !isShown(view, view.cursorCh) ||
-               form2_->Text1->text() ==
+               form2_->statusLine->text() ==
                    toWindow(statusLine(module_->spectrum, module_->derived, view.cursorCh));
     };
     return require(promised(MovesCursor) || view.cursorCh == viewBefore_.cursorCh,
@@ -148,7 +149,7 @@ bool Walk::promisesHold() {
                    "the cursor is too low") &&
            require(!promised(CursorToCount) || view.cursorCh <= channels,
                    "the cursor is too high") &&
-           require(!promised(FocusesPlot) || form2_->focusWidget() == form2_->Picture1,
+           require(!promised(FocusesPlot) || form2_->focusWidget() == form2_->plotArea,
                    "the plot has lost the keys") &&
            require(opened_ || std::ranges::equal(module_->spectrum.counts, countsBefore_),
                    "the counts have changed") &&
@@ -158,7 +159,7 @@ bool Walk::promisesHold() {
 // Whatever went wrong, the next key is obeyed.
 bool Walk::usableAfterFault() {
     const int before = dialogs_.inputs;
-    press(*form2_->Picture1, Qt::Key_F1);
+    press(*form2_->plotArea, Qt::Key_F1);
     settle();
     return require(dialogs_.inputs > before, "a key after a fault is not obeyed");
 }

@@ -34,13 +34,13 @@ class Analysis : public test::WindowTest {
         key(Qt::Key_A);
         rightClick();
     }
-    void rightClick() const { QTest::mousePress(form2->Picture1, Qt::RightButton, {}, {300, 100}); }
+    void rightClick() const { QTest::mousePress(form2->plotArea, Qt::RightButton, {}, {300, 100}); }
     void measureAt(int centre) {
         for (const int offset : {-30, -14, -10, 10, 14, 30})
             enter(centre + offset);
     }
     Form7& form7() const { return *form2->findChild<Form7*>(); }
-    std::string status() const { return form2->Text1->text().toStdString(); }
+    std::string status() const { return form2->statusLine->text().toStdString(); }
 
     // Runs `action` with a modal window as soon as it is open.
     template <typename Form>
@@ -66,12 +66,12 @@ constexpr int lines[] = {244, 689, 1325, 1558, 2665};  // channels of strong lin
 
 TEST_F(Analysis, GoesFromACalibrationToAFileOfFivePeaksAndOnToTheNextSpectrum) {
     with<Form5>([](Form5& form) {
-        form.Check1->click();
-        type(form.Text1, "1325");
-        type(form.Text2, "661.66");
-        type(form.Text3, "2665");
-        type(form.Text4, "1332.5");
-        QTest::mouseClick(form.Command1, Qt::LeftButton);
+        form.fileCalibration->click();
+        type(form.lowChannel, "1325");
+        type(form.lowEnergy, "661.66");
+        type(form.highChannel, "2665");
+        type(form.highEnergy, "1332.5");
+        QTest::mouseClick(form.okButton, Qt::LeftButton);
     });
     dialogs.inputAnswer = "1325";
     key(Qt::Key_A);
@@ -82,21 +82,21 @@ TEST_F(Analysis, GoesFromACalibrationToAFileOfFivePeaksAndOnToTheNextSpectrum) {
     for (const int line : lines) {
         measureAt(line);
         EXPECT_GT(module->settings.peakSets[module->peakArea.currentSet].net, 1000);
-        QTest::mouseClick(form7().Command2, Qt::LeftButton);
+        QTest::mouseClick(form7().nextButton, Qt::LeftButton);
     }
     EXPECT_EQ(module->settings.peakSetCount, 5);
     module->settings.saveAsDir = "/gone for good";
     with<Form11>([this](Form11& form) {
-        ASSERT_EQ(form.List1->count(), 5);
-        EXPECT_EQ(form.List1->item(2)->text().left(20), "   3  1325.0   661.7");
+        ASSERT_EQ(form.resultLines->count(), 5);
+        EXPECT_EQ(form.resultLines->item(2)->text().left(20), "   3  1325.0   661.7");
         with<Form6>([this](Form6& chooser) {
             EXPECT_EQ(chooser.windowTitle(), "Output file Dir");
-            EXPECT_EQ(chooser.Label1->text(), "Save as...eu152-co60-cs137-4096.pkm");
-            EXPECT_EQ(chooser.Text1->text(), "/");
-            chooser.Text1->setText(QString::fromStdString(folder.path()));
-            QTest::keyClick(chooser.Text1, Qt::Key_Return);
+            EXPECT_EQ(chooser.prompt->text(), "Save as...eu152-co60-cs137-4096.pkm");
+            EXPECT_EQ(chooser.chosenFolder->text(), "/");
+            chooser.chosenFolder->setText(QString::fromStdString(folder.path()));
+            QTest::keyClick(chooser.chosenFolder, Qt::Key_Return);
         });
-        QTest::mouseClick(form.Command1, Qt::LeftButton);
+        QTest::mouseClick(form.saveButton, Qt::LeftButton);
         EXPECT_FALSE(form.isVisible());
     });
     trigger("o1");
@@ -115,7 +115,7 @@ TEST_F(Analysis, GoesFromACalibrationToAFileOfFivePeaksAndOnToTheNextSpectrum) {
     open(KESTREL_SAMPLES "/eu152-co60-cs137-4096.chn");
     trigger("pkarea");
     for (int i = 0; i < 5; ++i)  // as far as the new set
-        QTest::mouseClick(form7().Command2, Qt::LeftButton);
+        QTest::mouseClick(form7().nextButton, Qt::LeftButton);
     test::ChnBytes twice{.channelCount = 4096, .counts = {}};
     for (int i = 0; i < 4096; ++i)
         twice.counts.push_back(2 * module->spectrum.counts[i]);
@@ -126,27 +126,28 @@ TEST_F(Analysis, GoesFromACalibrationToAFileOfFivePeaksAndOnToTheNextSpectrum) {
         EXPECT_EQ(module->settings.peakSets[i].pkLow, lines[i] - 10);
         EXPECT_NEAR(double{module->settings.peakSets[i].net}, 2 * double{measured[i].net}, 1);
         if (i < 4)
-            QTest::mouseClick(form7().Command2, Qt::LeftButton);
+            QTest::mouseClick(form7().nextButton, Qt::LeftButton);
     }
 }
 
 TEST_F(Analysis, CalibratesFromFieldToFieldByEnter) {
     with<Form5>([this](Form5& form) {
-        EXPECT_TRUE(form.Check1->isChecked());
-        EXPECT_EQ(form.Text1->palette().color(QPalette::Base), QColor(128, 128, 128));
-        form.Check1->click();
-        EXPECT_EQ(form.Text4->palette().color(QPalette::Base), QColor(192, 192, 192));
-        for (QLineEdit* field : {form.Text1, form.Text2, form.Text3, form.Text4}) {
+        EXPECT_TRUE(form.fileCalibration->isChecked());
+        EXPECT_EQ(form.lowChannel->palette().color(QPalette::Base), QColor(128, 128, 128));
+        form.fileCalibration->click();
+        EXPECT_EQ(form.highEnergy->palette().color(QPalette::Base), QColor(192, 192, 192));
+        for (QLineEdit* field :
+             {form.lowChannel, form.lowEnergy, form.highChannel, form.highEnergy}) {
             EXPECT_EQ(form.focusWidget(), field);
             QTest::keyClicks(field, "7");
             QTest::keyClick(field, Qt::Key_Return);
         }
-        EXPECT_EQ(form.focusWidget(), form.Command1);
+        EXPECT_EQ(form.focusWidget(), form.okButton);
         EXPECT_TRUE(dialogs.messages.empty());  // the key that moves there does not press
-        QTest::keyClick(form.Command1, Qt::Key_Return);
+        QTest::keyClick(form.okButton, Qt::Key_Return);
         EXPECT_EQ(dialogs.messages.back().text, "Energy Error\rEnergy(low) >= Energy(high)");
         EXPECT_TRUE(form.isVisible());
-        EXPECT_EQ(form.Text1->text(), "7");
+        EXPECT_EQ(form.lowChannel->text(), "7");
         form.resize(500, 300);
         QTest::keyClick(&form, Qt::Key_Escape);
     });
@@ -157,7 +158,7 @@ TEST_F(Analysis, CalibratesFromFieldToFieldByEnter) {
     EXPECT_EQ(module->spectrum.calCurrent, module->spectrum.calFromFile);
     EXPECT_EQ(module->settings.windowPlacement[5].width, 500 * 15);
     with<Form5>([](Form5& form) {
-        EXPECT_EQ(form.Text1->text(), "");
+        EXPECT_EQ(form.lowChannel->text(), "");
         EXPECT_EQ(form.width(), 500);
     });
     trigger("o11(0)");
@@ -181,21 +182,21 @@ TEST_F(Analysis, JumpsToAnEnergyAndStaysOnAFault) {
 
 TEST_F(Analysis, EntersTheCursorsChannelNotTheOneUnderTheMouse) {
     trigger("pkarea");
-    EXPECT_TRUE(form2->Picture1->hasFocus());
+    EXPECT_TRUE(form2->plotArea->hasFocus());
     dialogs.inputAnswer = "1234";
     key(Qt::Key_A);
     rightClick();
-    EXPECT_EQ(form7().Text1->text(), " 1234");
+    EXPECT_EQ(form7().lowBackgroundFrom->text(), " 1234");
     EXPECT_EQ(module->view.cursorCh, 1234);
     // A field that is clicked into takes the next channel.
     form7().activateWindow();
     QApplication::processEvents();
-    form7().Text5->setFocus();
+    form7().highBackgroundFrom->setFocus();
     rightClick();
-    EXPECT_EQ(form7().Text5->text(), " 1234");
-    EXPECT_EQ(form7().Text2->text(), "   0");
-    form7().Text5->clear();
-    for (QLineEdit* field : {form7().Text1, form7().Text5})
+    EXPECT_EQ(form7().highBackgroundFrom->text(), " 1234");
+    EXPECT_EQ(form7().lowBackgroundTo->text(), "   0");
+    form7().highBackgroundFrom->clear();
+    for (QLineEdit* field : {form7().lowBackgroundFrom, form7().highBackgroundFrom})
         type(field, "0");
     EXPECT_TRUE(form7().close());
     rightClick();
@@ -242,8 +243,8 @@ TEST_F(Analysis, ClosesNoOtherWindowWhenRegionsOutOfOrderKeepTheProgramOpen) {
         return std::ranges::count_if(QApplication::topLevelWidgets(), &QWidget::isVisible);
     };
     const auto before = shown();
-    form7().Text1->setText("5");
-    emit form7().Text1->textEdited("5");
+    form7().lowBackgroundFrom->setText("5");
+    emit form7().lowBackgroundFrom->textEdited("5");
     EXPECT_FALSE(form2->close());
     EXPECT_EQ(shown(), before);
 }
@@ -254,53 +255,53 @@ TEST_F(Analysis, KeepsARemarkInTheBytesThatItHas) {
     module->settings.peakSets[0].name.assign("\x93\xfa\x95\x5c Cs-137");
     module->settings.peakSetCount = 1;
     trigger("pkarea");
-    EXPECT_EQ(form7().Text11->text(), QString::fromUtf8("日表 Cs-137"));
-    QTest::keyClicks(form7().Text11, "m");
-    QTest::mouseClick(form7().Command2, Qt::LeftButton);
+    EXPECT_EQ(form7().remark->text(), QString::fromUtf8("日表 Cs-137"));
+    QTest::keyClicks(form7().remark, "m");
+    QTest::mouseClick(form7().nextButton, Qt::LeftButton);
     EXPECT_EQ(module->settings.peakSets[0].name.trimmed(), "\x93\xfa\x95\x5c Cs-137m");
-    QTest::mouseClick(form7().Command1, Qt::LeftButton);
+    QTest::mouseClick(form7().previousButton, Qt::LeftButton);
     // 12 bytes are left.
-    form7().Text11->insert(QString::fromUtf8("表示の長い備考"));
-    EXPECT_EQ(form7().Text11->text(), QString::fromUtf8("日表 Cs-137m表示の長い備"));
-    QTest::keyClicks(form7().Text11, "1\b234");
-    const QString shown = form7().Text11->text();
-    form7().Text11->setCursorPosition(1);
-    QTest::keyClicks(form7().Text11, "x");
-    EXPECT_EQ(form7().Text11->text(), shown);
-    QTest::mouseClick(form7().Command2, Qt::LeftButton);
-    QTest::mouseClick(form7().Command1, Qt::LeftButton);
-    EXPECT_EQ(form7().Text11->text(), shown);
+    form7().remark->insert(QString::fromUtf8("表示の長い備考"));
+    EXPECT_EQ(form7().remark->text(), QString::fromUtf8("日表 Cs-137m表示の長い備"));
+    QTest::keyClicks(form7().remark, "1\b234");
+    const QString shown = form7().remark->text();
+    form7().remark->setCursorPosition(1);
+    QTest::keyClicks(form7().remark, "x");
+    EXPECT_EQ(form7().remark->text(), shown);
+    QTest::mouseClick(form7().nextButton, Qt::LeftButton);
+    QTest::mouseClick(form7().previousButton, Qt::LeftButton);
+    EXPECT_EQ(form7().remark->text(), shown);
 }
 
 TEST_F(Analysis, TrimsAndSavesTheListOfResults) {
     trigger("pkarea");
     for (const int line : lines) {
         measureAt(line);
-        QTest::mouseClick(form7().Command2, Qt::LeftButton);
+        QTest::mouseClick(form7().nextButton, Qt::LeftButton);
     }
     const auto save = [this](Form11& form, const std::string& where) {
         with<Form6>([where](Form6& chooser) {
-            chooser.Text1->setText(QString::fromStdString(where));
-            QTest::mouseClick(chooser.Command1, Qt::LeftButton);
+            chooser.chosenFolder->setText(QString::fromStdString(where));
+            QTest::mouseClick(chooser.okButton, Qt::LeftButton);
         });
-        QTest::mouseClick(form.Command1, Qt::LeftButton);
+        QTest::mouseClick(form.saveButton, Qt::LeftButton);
     };
     with<Form11>([&](Form11& form) {
-        form.List1->item(0)->setSelected(true);
-        form.List1->item(1)->setSelected(true);
-        QTest::mouseClick(form.Command4, Qt::LeftButton);
-        ASSERT_EQ(form.List1->count(), 3);
-        EXPECT_EQ(form.List1->item(0)->text().left(4), "   3");
+        form.resultLines->item(0)->setSelected(true);
+        form.resultLines->item(1)->setSelected(true);
+        QTest::mouseClick(form.deleteButton, Qt::LeftButton);
+        ASSERT_EQ(form.resultLines->count(), 3);
+        EXPECT_EQ(form.resultLines->item(0)->text().left(4), "   3");
         // Cancelled: nothing is written, and nothing changes.
         with<Form6>([](Form6& chooser) { chooser.reject(); });
-        QTest::mouseClick(form.Command1, Qt::LeftButton);
+        QTest::mouseClick(form.saveButton, Qt::LeftButton);
         EXPECT_EQ(module->settings.saveAsDir, "");
         // The folder is gone: the fault is shown, and the list is still there.
         save(form, folder.file("gone"));
         EXPECT_EQ(dialogs.messages.back().text, "Run-time error '76':\n\nPath not found");
         EXPECT_TRUE(form.isVisible());
-        form.List1->item(1)->setSelected(true);
-        form.List1->item(2)->setSelected(true);
+        form.resultLines->item(1)->setSelected(true);
+        form.resultLines->item(2)->setSelected(true);
         // An older file stays until the user agrees.
         const char* name = "eu152-co60-cs137-4096.pkm";
         folder.write(name, "old");
@@ -332,16 +333,16 @@ TEST_F(Analysis, WalksThroughDrivesAndFolders) {
     WindowPlacement placement;
     Form6 form({marigold, saveAs}, placement, form2.get());
     EXPECT_EQ(form.windowTitle(), "Optn...Marigold Dir");
-    EXPECT_EQ(form.Label1->text(), "Marigold Dir");
+    EXPECT_EQ(form.prompt->text(), "Marigold Dir");
     const QString start = QString::fromStdString(folder.path());
-    EXPECT_EQ(form.Text1->text(), start);
-    EXPECT_EQ(form.Drive1->itemText(0), "/");
-    EXPECT_GE(form.Drive1->findText(QDir::homePath()), 0);
+    EXPECT_EQ(form.chosenFolder->text(), start);
+    EXPECT_EQ(form.volumes->itemText(0), "/");
+    EXPECT_GE(form.volumes->findText(QDir::homePath()), 0);
     const auto enter = [&form](const QString& path) {
-        for (int row = 0; row < form.Dir1->count(); ++row) {
-            if (form.Dir1->item(row)->data(Qt::UserRole) == path) {
-                form.Dir1->setCurrentRow(row);
-                QTest::keyClick(form.Dir1, Qt::Key_Return);
+        for (int row = 0; row < form.folders->count(); ++row) {
+            if (form.folders->item(row)->data(Qt::UserRole) == path) {
+                form.folders->setCurrentRow(row);
+                QTest::keyClick(form.folders, Qt::Key_Return);
                 return;
             }
         }
@@ -349,18 +350,18 @@ TEST_F(Analysis, WalksThroughDrivesAndFolders) {
     };
     form.show();
     enter(start + "/b");
-    EXPECT_EQ(form.Text1->text(), start + "/b");
+    EXPECT_EQ(form.chosenFolder->text(), start + "/b");
     enter(start + "/b/c");
     enter(start);
     enter(start + "/a");
-    EXPECT_EQ(form.Text1->text(), start + "/a");
+    EXPECT_EQ(form.chosenFolder->text(), start + "/a");
     EXPECT_TRUE(form.isVisible());
-    form.Drive1->setFocus();
-    form.Drive1->setCurrentIndex(0);
-    emit form.Drive1->activated(0);
-    EXPECT_EQ(form.Text1->text(), "/");
+    form.volumes->setFocus();
+    form.volumes->setCurrentIndex(0);
+    emit form.volumes->activated(0);
+    EXPECT_EQ(form.chosenFolder->text(), "/");
     enter("/tmp");
-    QTest::mouseClick(form.Command1, Qt::LeftButton);
+    QTest::mouseClick(form.okButton, Qt::LeftButton);
     EXPECT_EQ(saveAs, "/tmp");
     EXPECT_EQ(marigold, "");
     EXPECT_NE(placement.width, 0);

@@ -26,7 +26,7 @@ class MainWindow : public test::WindowTest {
         form2->grab();
         QApplication::processEvents();
     }
-    std::string status() const { return form2->Text1->text().toStdString(); }
+    std::string status() const { return form2->statusLine->text().toStdString(); }
     std::string caption() const { return form2->windowTitle().toStdString(); }
 
     void markLineAt(const char* energy) const {
@@ -37,7 +37,7 @@ class MainWindow : public test::WindowTest {
 
     // How many dots of a colour the picture has in the column of a channel.
     int dotsAt(int channel, QRgb colour, const QImage& picture) const {
-        const auto& canvas = static_cast<const PainterCanvas&>(form2->Picture1->canvas());
+        const auto& canvas = static_cast<const PainterCanvas&>(form2->plotArea->canvas());
         const int x = canvas.toDevice(channel, 0).x();
         int count = 0;
         for (int y = 0; y < picture.height(); ++y)
@@ -55,12 +55,12 @@ TEST_F(MainWindow, StartsWithTheBaseCaptionAndABlankSpectrum) {
     EXPECT_EQ(status(), "ch:     0(   0.0keV) c:       0");
     EXPECT_EQ(module->view.viewEndCh, 8192);
     EXPECT_EQ(module->view.viewWidth, 8192);
-    EXPECT_EQ(form2->Command2->text(), "Lin");
-    EXPECT_FALSE(form2->Command3->isVisible());
-    EXPECT_TRUE(form2->Picture1->hasFocus());
+    EXPECT_EQ(form2->countAxisButton->text(), "Lin");
+    EXPECT_FALSE(form2->lowerScaleButton->isVisible());
+    EXPECT_TRUE(form2->plotArea->hasFocus());
     // The tick of the last channel stands in the last column of dots.
     const QImage& picture = form2->picture();
-    const auto& canvas = static_cast<const PainterCanvas&>(form2->Picture1->canvas());
+    const auto& canvas = static_cast<const PainterCanvas&>(form2->plotArea->canvas());
     EXPECT_NE(picture.pixelColor(picture.width() - 1, canvas.toDevice(0, -15).y()), Qt::black);
 }
 
@@ -132,7 +132,7 @@ TEST_F(MainWindow, OpensTheFirstFileThatIsDroppedOnIt) {
     EXPECT_NE(module->channelColour[line], 0);  // the marks follow the calibration
     EXPECT_TRUE(caption().starts_with(KESTREL_SAMPLES "/environmental-8192.chn ... ")) << caption();
     EXPECT_EQ(module->view.viewEndCh, 8192);
-    EXPECT_TRUE(form2->Picture1->hasFocus());
+    EXPECT_TRUE(form2->plotArea->hasFocus());
     data.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.file("gone.chn")))});
     EXPECT_TRUE(dragAndDrop(*form2, data));
     ASSERT_EQ(dialogs.messages.size(), 1U);
@@ -168,11 +168,11 @@ TEST_F(MainWindow, RefusesAFileFromOutsideAsItDoesInTheDialog) {
 TEST_F(MainWindow, SavesTheSpectrumAsCsvAndGoesBackToThePlot) {
     openSample();
     dialogs.fileAnswer = {.path = folder.file("out.csv"), .filterIndex = 1};
-    form2->Text1->setFocus();
+    form2->statusLine->setFocus();
     trigger("f11(4)");
     EXPECT_TRUE(
         folder.read("out.csv").starts_with("FILE NAME : " + folder.file("out.csv") + "\r\n"));
-    EXPECT_TRUE(form2->Picture1->hasFocus());
+    EXPECT_TRUE(form2->plotArea->hasFocus());
 }
 
 TEST_F(MainWindow, ShowsOneGreenMarkAtTheCursorAndNoTraceOfOlderOnes) {
@@ -180,7 +180,7 @@ TEST_F(MainWindow, ShowsOneGreenMarkAtTheCursorAndNoTraceOfOlderOnes) {
     for (int i = 0; i < 20; ++i)
         key(Qt::Key_Right, Qt::ShiftModifier);
     ASSERT_EQ(module->view.cursorCh, 640);
-    const QImage shown = form2->Picture1->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    const QImage shown = form2->plotArea->grab().toImage().convertToFormat(QImage::Format_RGB32);
     int green_columns = 0;
     for (int x = 0; x < shown.width(); ++x) {
         int dots = 0;
@@ -209,26 +209,26 @@ TEST_F(MainWindow, JumpsFromPeakToPeakByTheSigns) {
 
 TEST_F(MainWindow, SwitchesScaleAndPlotModeByButtonsAndMenu) {
     openSample();
-    QTest::mouseClick(form2->Command2, Qt::LeftButton);
-    EXPECT_EQ(form2->Command2->text(), "Log");
-    EXPECT_TRUE(form2->Command3->isVisible());
-    QTest::mouseClick(form2->Command3, Qt::LeftButton);
+    QTest::mouseClick(form2->countAxisButton, Qt::LeftButton);
+    EXPECT_EQ(form2->countAxisButton->text(), "Log");
+    EXPECT_TRUE(form2->lowerScaleButton->isVisible());
+    QTest::mouseClick(form2->lowerScaleButton, Qt::LeftButton);
     EXPECT_EQ(module->view.yScaleExp, 9);
     key(Qt::Key_Down);
     EXPECT_EQ(module->view.yScaleExp, 10);
-    QTest::mouseClick(form2->Command1, Qt::LeftButton);
+    QTest::mouseClick(form2->expandButton, Qt::LeftButton);
     EXPECT_EQ(module->view.viewWidth, 2048);
     trigger("o111(1)");
     EXPECT_EQ(module->view.plotMode, PlotMode::Dots);
-    EXPECT_TRUE(form2->Picture1->hasFocus());
+    EXPECT_TRUE(form2->plotArea->hasFocus());
 }
 
 TEST_F(MainWindow, PutsTheCursorWhereAMouseButtonIsPressed) {
     openSample();
-    auto& canvas = static_cast<PainterCanvas&>(form2->Picture1->canvas());
+    auto& canvas = static_cast<PainterCanvas&>(form2->plotArea->canvas());
     for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
         const QPoint place = canvas.toDevice(1000 + static_cast<int>(button), 600);
-        QTest::mousePress(form2->Picture1, button, {}, place);
+        QTest::mousePress(form2->plotArea, button, {}, place);
         EXPECT_NEAR(module->view.cursorCh, 1000 + static_cast<int>(button), 3);
     }
 }
@@ -241,10 +241,10 @@ void turnWheel(QWidget& widget, QPoint place, int angle) {
 
 TEST_F(MainWindow, ExpandsOncePerNotchOfTheWheelHoweverManyEventsItComesIn) {
     openSample();
-    auto& canvas = static_cast<PainterCanvas&>(form2->Picture1->canvas());
+    auto& canvas = static_cast<PainterCanvas&>(form2->plotArea->canvas());
     const QPoint place = canvas.toDevice(3000, 600);
     const auto widthAfter = [&](int angle) {
-        turnWheel(*form2->Picture1, place, angle);
+        turnWheel(*form2->plotArea, place, angle);
         return module->view.viewWidth;
     };
     EXPECT_EQ(widthAfter(120), 2048);
@@ -264,7 +264,7 @@ TEST_F(MainWindow, CopiesThePlotAsAnImageAndListsAsText) {
     EXPECT_EQ(QApplication::clipboard()->image().size(), form2->picture().size());
     EXPECT_GT(dotsAt(2000, white, QApplication::clipboard()->image()), 0);
     trigger("f11(1)");
-    TextList& list = *form2->findChild<Form10*>()->List1;
+    TextList& list = *form2->findChild<Form10*>()->header;
     QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QApplication::clipboard()->text().count(QLatin1Char('\n')), 5);
     list.item(3)->setSelected(true);
@@ -284,8 +284,9 @@ TEST_F(MainWindow, NamesTheKeyOfEachButtonInItsToolTip) {
     };
     module->view.cursorCh = 2000;  // far from the edges of the view
     key(Qt::Key_PageUp);
-    for (QPushButton* b : {form2->Command2, form2->Command1, form2->Command7, form2->Command3,
-                           form2->Command4, form2->Command6, form2->Command5}) {
+    for (QPushButton* b :
+         {form2->countAxisButton, form2->expandButton, form2->shrinkButton, form2->lowerScaleButton,
+          form2->raiseScaleButton, form2->stepRightButton, form2->stepLeftButton}) {
         const ViewState before = module->view;
         b->click();
         const QString byButton = stateText();
@@ -293,7 +294,7 @@ TEST_F(MainWindow, NamesTheKeyOfEachButtonInItsToolTip) {
         const QString tip = b->toolTip();
         QString key = tip.mid(tip.indexOf(QLatin1Char('(')) + 1).chopped(1);
         key.replace(QStringLiteral("Page"), QStringLiteral("Pg"));  // as Qt calls them
-        QTest::keySequence(form2->Picture1, QKeySequence(key));
+        QTest::keySequence(form2->plotArea, QKeySequence(key));
         EXPECT_EQ(stateText(), byButton) << tip.toStdString();
     }
 }
@@ -351,10 +352,10 @@ TEST_F(MainWindow, StopsAHeldStepButtonWhenAMessageComes) {
         QApplication::sendEvent(form2.get(), &blocked);
         QTest::qWait(700);
     };
-    QTest::mousePress(form2->Command6, Qt::LeftButton);
+    QTest::mousePress(form2->stepRightButton, Qt::LeftButton);
     QTest::qWait(500);
     EXPECT_EQ(dialogs.messages.size(), 1U);
-    EXPECT_FALSE(form2->Command6->isDown());
+    EXPECT_FALSE(form2->stepRightButton->isDown());
 }
 
 // The message of a fault hands the activation back to the window.
@@ -373,7 +374,7 @@ TEST_F(MainWindow, TellsAFaultOfTheRedrawAtActivationOnce) {
     QApplication::sendEvent(form2.get(), &handedBack);
     EXPECT_EQ(dialogs.messages.size(), 2U);
     // By mouse alone the plot, and with it the marks, come back.
-    QTest::mouseClick(form2->Command2, Qt::LeftButton);
+    QTest::mouseClick(form2->countAxisButton, Qt::LeftButton);
     module->spectrum.counts[5] = 0;
     markLineAt("661.66");
     QApplication::sendEvent(form2.get(), &handedBack);
@@ -397,12 +398,12 @@ TEST_F(MainWindow, TellsAFaultOfTheRedrawAtANewSizeOnceTheLayoutIsDone) {
 
 TEST_F(MainWindow, HandsKeysTypedIntoTheStatusLineToThePlot) {
     openSample();
-    form2->Text1->setFocus();
-    QTest::keyClick(form2->Text1, Qt::Key_C, Qt::ControlModifier);
-    EXPECT_TRUE(form2->Text1->hasFocus());
-    QTest::keyClick(form2->Text1, Qt::Key_Right);
+    form2->statusLine->setFocus();
+    QTest::keyClick(form2->statusLine, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(form2->statusLine->hasFocus());
+    QTest::keyClick(form2->statusLine, Qt::Key_Right);
     EXPECT_EQ(module->view.cursorCh, 1);
-    EXPECT_TRUE(form2->Picture1->hasFocus());
+    EXPECT_TRUE(form2->plotArea->hasFocus());
 }
 
 TEST_F(MainWindow, ListsTheDataInformationAndKeepsItUpToDate) {
@@ -410,10 +411,10 @@ TEST_F(MainWindow, ListsTheDataInformationAndKeepsItUpToDate) {
     auto* form10 = form2->findChild<Form10*>();
     ASSERT_NE(form10, nullptr);
     EXPECT_TRUE(form10->isVisible());
-    EXPECT_EQ(form10->List1->count(), 0);
+    EXPECT_EQ(form10->header->count(), 0);
     openSample();
-    ASSERT_EQ(form10->List1->count(), 6);
-    EXPECT_EQ(form10->List1->item(3)->text(), "Live Time:  30000sec");
+    ASSERT_EQ(form10->header->count(), 6);
+    EXPECT_EQ(form10->header->item(3)->text(), "Live Time:  30000sec");
     form10->resize(600, 200);
     form10->close();
     EXPECT_EQ(module->settings.windowPlacement[10].width, 9000);
@@ -456,27 +457,27 @@ TEST_F(MainWindow, HasSavedItsRegionsWheneverItIsKilled) {
         return restarted->settings;
     };
     const auto type = [&form7](int first) {
-        for (QLineEdit* bound :
-             {form7.Text1, form7.Text2, form7.Text3, form7.Text4, form7.Text5, form7.Text6}) {
+        for (QLineEdit* bound : {form7.lowBackgroundFrom, form7.lowBackgroundTo, form7.peakFrom,
+                                 form7.peakTo, form7.highBackgroundFrom, form7.highBackgroundTo}) {
             bound->setText(QString::number(first += 10));
             emit bound->textEdited(bound->text());
         }
     };
     type(100);
-    QTest::mouseClick(form7.Command2, Qt::LeftButton);
+    QTest::mouseClick(form7.nextButton, Qt::LeftButton);
     EXPECT_EQ(saved().peakSetCount, 1);
     type(200);
-    QTest::mouseClick(form7.Command1, Qt::LeftButton);
+    QTest::mouseClick(form7.previousButton, Qt::LeftButton);
     EXPECT_EQ(saved().peakSets[1].bkg1Low, 210);
-    QTest::mouseClick(form7.Command3, Qt::LeftButton);
+    QTest::mouseClick(form7.clearButton, Qt::LeftButton);
     EXPECT_EQ(saved().peakSetCount, 1);
     type(300);
     form7.close();
     EXPECT_EQ(saved().peakSets[0].bkg1Low, 310);
     trigger("pkarea");
     auto& again = *form2->findChild<Form7*>();
-    again.Text1->setText("305");
-    emit again.Text1->textEdited("305");
+    again.lowBackgroundFrom->setText("305");
+    emit again.lowBackgroundFrom->textEdited("305");
     form2->endSession();
     EXPECT_EQ(saved().peakSets[0].bkg1Low, 305);
     EXPECT_EQ(dialogs.messages.size(), 1U);  // of "Clear"

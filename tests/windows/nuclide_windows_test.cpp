@@ -58,8 +58,8 @@ TEST_F(NuclideWindowsTest, LeadFromAPeakToItsNuclideAndItsMarks) {
     Form9* form9 = energyList(661.7);
     ASSERT_NE(form9, nullptr);
     EXPECT_EQ(form9->windowTitle(), "Kestrel - EnergyList");
-    EXPECT_EQ(form9->Text1->text().left(12), "DB Update : ");
-    Grid& grid = *form9->MSFlexGrid1;
+    EXPECT_EQ(form9->databaseDate->text().left(12), "DB Update : ");
+    Grid& grid = *form9->lineGrid;
     EXPECT_EQ(grid.currentRow(), qRound((grid.model()->rowCount() + 1) / 2.0 - 0.01));
     const int row = rowOf(grid, "Cs-137g", "661.66");
     ASSERT_GT(row, 0);
@@ -71,7 +71,7 @@ TEST_F(NuclideWindowsTest, LeadFromAPeakToItsNuclideAndItsMarks) {
     settle();
     ASSERT_NE(nuclideData(), nullptr);
     EXPECT_EQ(module->selectedNuclide, "Cs-137g");
-    EXPECT_EQ(nuclideData()->List1->item(0)->text(), "Nuclide    : Cs-137g");
+    EXPECT_EQ(nuclideData()->summary->item(0)->text(), "Nuclide    : Cs-137g");
     returnToPlot();
     const std::int16_t peak = energyToChannel(module->spectrum.calCurrent, 661.66);
     EXPECT_EQ(module->channelColour[peak], standardPalette[12]);
@@ -88,7 +88,7 @@ TEST_F(NuclideWindowsTest, LeadFromAPeakToItsNuclideAndItsMarks) {
 
 TEST_F(NuclideWindowsTest, AreWorkedByKeys) {
     Form9* form9 = energyList(1332.5);
-    Grid& grid = *form9->MSFlexGrid1;
+    Grid& grid = *form9->lineGrid;
     const int row = rowOf(grid, "Co- 60g", "1332.49");
     ASSERT_GT(row, 0);
     for (const Qt::Key key : {Qt::Key_N, Qt::Key_F11, Qt::Key_Return}) {
@@ -103,17 +103,17 @@ TEST_F(NuclideWindowsTest, AreWorkedByKeys) {
     ASSERT_NE(nuclideData(), nullptr);
     for (const Qt::Key key : {Qt::Key_X, Qt::Key_F10}) {
         nuclideData()->activateWindow();
-        QTest::keyClick(nuclideData()->MSFlexGrid1, key);
+        QTest::keyClick(nuclideData()->lineGrid, key);
         settle();
         EXPECT_TRUE(form2->isActiveWindow());
     }
-    QTest::keyClick(nuclideData()->MSFlexGrid1, Qt::Key_N);
+    QTest::keyClick(nuclideData()->lineGrid, Qt::Key_N);
     settle();
     EXPECT_TRUE(form9->isActiveWindow());
 }
 
 TEST_F(NuclideWindowsTest, CopySelectedRowsAndKeepColumnWidths) {
-    Grid& grid = *energyList(661.7)->MSFlexGrid1;
+    Grid& grid = *energyList(661.7)->lineGrid;
     const QAbstractItemModelTester tester(grid.model());
     const int row = rowOf(grid, "Cs-137g", "661.66");
     grid.setColumnWidth(2, 333);
@@ -132,19 +132,19 @@ TEST_F(NuclideWindowsTest, CopySelectedRowsAndKeepColumnWidths) {
 
 TEST_F(NuclideWindowsTest, ApplyTheFiltersWhenTheListIsShownAgain) {
     Form9* form9 = energyList(661.7);
-    const int all = form9->MSFlexGrid1->model()->rowCount();
-    form9->SSTab1->setCurrentIndex(1);
-    form9->Text2[0]->setText("10");
-    form9->Option1[1]->setChecked(true);
-    EXPECT_EQ(form9->MSFlexGrid1->model()->rowCount(), all);
-    form9->SSTab1->setCurrentIndex(0);
-    EXPECT_LT(form9->MSFlexGrid1->model()->rowCount(), all);
-    EXPECT_GT(rowOf(*form9->MSFlexGrid1, "Cs-137g", "661.66"), 0);
-    form9->Text2[9]->setText("");
-    form9->SSTab1->setCurrentIndex(1);
-    form9->SSTab1->setCurrentIndex(0);
-    EXPECT_EQ(form9->MSFlexGrid1->text(1, 1), "No Data");
-    QTest::mouseClick(form9->MSFlexGrid1->viewport(), Qt::LeftButton, {}, QPoint(10, 10));
+    const int all = form9->lineGrid->model()->rowCount();
+    form9->tabs->setCurrentIndex(1);
+    form9->gateFields[0]->setText("10");
+    form9->decayOptions[1]->setChecked(true);
+    EXPECT_EQ(form9->lineGrid->model()->rowCount(), all);
+    form9->tabs->setCurrentIndex(0);
+    EXPECT_LT(form9->lineGrid->model()->rowCount(), all);
+    EXPECT_GT(rowOf(*form9->lineGrid, "Cs-137g", "661.66"), 0);
+    form9->gateFields[9]->setText("");
+    form9->tabs->setCurrentIndex(1);
+    form9->tabs->setCurrentIndex(0);
+    EXPECT_EQ(form9->lineGrid->text(1, 1), "No Data");
+    QTest::mouseClick(form9->lineGrid->viewport(), Qt::LeftButton, {}, QPoint(10, 10));
     EXPECT_EQ(nuclideData(), nullptr);
     form9->resize(800, 600);
     form9->close();
@@ -152,8 +152,8 @@ TEST_F(NuclideWindowsTest, ApplyTheFiltersWhenTheListIsShownAgain) {
     EXPECT_EQ(module->settings.windowPlacement[9].width, 12000);
     EXPECT_FALSE(module->database.isOpen());
     form9 = energyList(661.7);
-    EXPECT_EQ(form9->Text2[0]->text(), "0.1");
-    EXPECT_EQ(form9->MSFlexGrid1->model()->rowCount(), all);
+    EXPECT_EQ(form9->gateFields[0]->text(), "0.1");
+    EXPECT_EQ(form9->lineGrid->model()->rowCount(), all);
     EXPECT_EQ(form9->size(), QSize(800, 600));
 }
 
@@ -166,7 +166,7 @@ TEST_F(NuclideWindowsTest, AskForNamesEachByItsOwnRule) {
     const auto ask = [this] { nuclideData()->findChild<QAction*>("nuc1")->trigger(); };
     ask();
     EXPECT_EQ(module->selectedNuclide, "Eu-152m1");
-    EXPECT_GT(nuclideData()->MSFlexGrid1->model()->rowCount(), 2);
+    EXPECT_GT(nuclideData()->lineGrid->model()->rowCount(), 2);
     dialogs.inputAnswer = "Europium";
     ask();
     key(Qt::Key_N);
@@ -175,18 +175,18 @@ TEST_F(NuclideWindowsTest, AskForNamesEachByItsOwnRule) {
     dialogs.inputAnswer = "Xx-1";
     ask();
     EXPECT_EQ(dialogs.messages.back().text, "This nucl. does not exist on DB!");
-    EXPECT_TRUE(nuclideData()->MSFlexGrid1->isVisible());
-    EXPECT_EQ(nuclideData()->MSFlexGrid1->model()->rowCount(), 2);
+    EXPECT_TRUE(nuclideData()->lineGrid->isVisible());
+    EXPECT_EQ(nuclideData()->lineGrid->model()->rowCount(), 2);
 }
 
 TEST_F(NuclideWindowsTest, ReadAnotherDatabaseFromTheNextLookUpOn) {
-    const Grid& grid = *energyList(661.7)->MSFlexGrid1;
+    const Grid& grid = *energyList(661.7)->lineGrid;
     EXPECT_GT(grid.model()->rowCount(), 100);
     QTimer::singleShot(0, qApp, [] {
         auto* chooser = qobject_cast<Form6*>(QApplication::activeModalWidget());
         ASSERT_NE(chooser, nullptr);
-        chooser->Text1->setText(QStringLiteral(KESTREL_TEST_DATA "/jet"));
-        QTest::keyClick(chooser->Text1, Qt::Key_Return);
+        chooser->chosenFolder->setText(QStringLiteral(KESTREL_TEST_DATA "/jet"));
+        QTest::keyClick(chooser->chosenFolder, Qt::Key_Return);
     });
     form2->findChild<QAction*>(QStringLiteral("o11(1)"))->trigger();
     EXPECT_EQ(module->settings.marigoldDir, KESTREL_TEST_DATA "/jet");
@@ -202,11 +202,11 @@ TEST_F(NuclideWindowsTest, StayUsableWithoutADatabase) {
     settle();
     ASSERT_EQ(dialogs.messages.size(), 1U);
     EXPECT_EQ(dialogs.messages[0].title, "ERROR: NuclDB");
-    EXPECT_EQ(form9->MSFlexGrid1->model()->rowCount(), 0);
+    EXPECT_EQ(form9->lineGrid->model()->rowCount(), 0);
     module->settings.marigoldDir = KESTREL_NUCLIDE_DATA;
     returnToPlot();
     energyList(661.7);
-    EXPECT_GT(rowOf(*form9->MSFlexGrid1, "Cs-137g", "661.66"), 0);
+    EXPECT_GT(rowOf(*form9->lineGrid, "Cs-137g", "661.66"), 0);
     EXPECT_EQ(dialogs.messages.size(), 1U);
 }
 

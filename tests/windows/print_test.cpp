@@ -73,7 +73,7 @@ class Printing : public test::WindowTest {
             ASSERT_NE(form8, nullptr);
             action(*form8);
             EXPECT_TRUE(form8->isVisible()) << "printing leaves the window open";
-            form8->can1->trigger();
+            form8->cancelAction->trigger();
             ++previews;
         });
         trigger("f11(20)");
@@ -122,7 +122,7 @@ TEST_F(Printing, ThePreviewShowsThePaperThatWasChosenLast) {
     inPreview([](Form8& form8) {
         EXPECT_LT(form8.sheet().width(), form8.sheet().height());
         const QImage before = form8.sheet();
-        form8.prn1->trigger();
+        form8.printAction->trigger();
         EXPECT_GT(form8.sheet().width(), form8.sheet().height());
         EXPECT_NE(form8.sheet(), before);
     });
@@ -250,21 +250,21 @@ TEST_F(Printing, ResultsArePrintedFromTheirWindow) {
                               settings.saveAsDir, dialogs};
     Form11 form11(source, {}, settings.windowPlacement[11], form2.get());
     form11.show();
-    QTest::mouseClick(form11.Command2, Qt::LeftButton);
+    QTest::mouseClick(form11.printButton, Qt::LeftButton);
     EXPECT_TRUE(form11.isVisible()) << "cancelled";
     EXPECT_FALSE(folder.has("out.pdf"));
 
     intoPdf();
-    QTest::mouseClick(form11.Command2, Qt::LeftButton);
+    QTest::mouseClick(form11.printButton, Qt::LeftButton);
     std::size_t from = 0;
     const std::string whole = text();
-    for (int i = 0; i < form11.List1->count(); ++i) {
-        const std::string line = form11.List1->item(i)->text().simplified().toStdString();
+    for (int i = 0; i < form11.resultLines->count(); ++i) {
+        const std::string line = form11.resultLines->item(i)->text().simplified().toStdString();
         from = whole.find(line, from);
         ASSERT_NE(from, std::string::npos) << line;
     }
-    form11.List1->item(3)->setSelected(true);
-    QTest::mouseClick(form11.Command2, Qt::LeftButton);
+    form11.resultLines->item(3)->setSelected(true);
+    QTest::mouseClick(form11.printButton, Qt::LeftButton);
     EXPECT_THAT(text(), AllOf(HasSubstr("Kestrel PKarea cal"), HasSubstr(" 4 130.0"),
                               testing::Not(HasSubstr(" 5 140.0"))));
 }
