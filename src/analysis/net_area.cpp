@@ -56,7 +56,7 @@ void computeNetArea(const Spectrum& spectrum, const PeakRegions& regions, PeakAr
     const double n2{widthOf(regions.bkg2Low, regions.bkg2High)};
     const double f1{single(divide(nP, n1 + n1))};
     const double f2{single(divide(nP, n2 + n2))};
-    const double seconds = spectrum.liveTimeTicks / ticksPerSecond;
+    const double seconds = spectrum.openedLiveTime.seconds();
 
     const float net = single(double{p} - f1 * double{s1} - f2 * double{s2});
     const float netError =

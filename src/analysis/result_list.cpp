@@ -89,7 +89,7 @@ std::vector<std::string> resultHeader(const Spectrum& spectrum) {
         "Mca & Seg # :" + spaced(spectrum.mcaNumber) + "&" + spaced(spectrum.segmentNumber),
         "Date        :" + withoutControls(formatStartDate(spectrum.startDate)) + "-" +
             withoutControls(spectrum.startTime.view()),
-        "Time(sec)   :" + spaced(spectrum.liveTime),
+        "Time(sec)   :" + spaced(spectrum.liveTime.wholeSeconds()),
         std::string(ruleLength, '='),
         std::string(resultHeadings),
         std::string(ruleLength, '-'),

@@ -179,7 +179,7 @@ PeakAreaWork Form2::peakAreaWork() {
 
 // Without a live time there is nothing to measure, and no spectrum loaded as a rule.
 void Form2::showPeakArea() {
-    if (module_.spectrum.liveTime == 0)
+    if (module_.spectrum.liveTime.wholeSeconds() == 0)
         return;
     if (form7_ && form7_->isVisible()) {
         form7_->raise();

@@ -52,7 +52,7 @@ UserScale pageScale(const ViewState& view, double textPart) {
 }
 
 std::string liveTime(const Spectrum& spectrum) {
-    return "Live: " + plainNumber(std::int64_t{spectrum.liveTime}) + "sec";
+    return "Live: " + plainNumber(std::int64_t{spectrum.liveTime.wholeSeconds()}) + "sec";
 }
 
 std::vector<std::string> headerLines(const Spectrum& spectrum) {

@@ -29,7 +29,7 @@ std::string headerText(const Spectrum& spectrum) {
     text.append(" - ").append(withoutControls(time.characters(1, 2))).append(":");
     text.append(withoutControls(time.characters(3, 2))).append(":");
     text.append(withoutControls(time.characters(5, 2))).append(lineEnd);
-    text.append("Meas. Time: ").append(plainNumber(std::int64_t{spectrum.liveTime}));
+    text.append("Meas. Time: ").append(plainNumber(std::int64_t{spectrum.liveTime.wholeSeconds()}));
     return text.append(" sec").append(lineEnd);
 }
 

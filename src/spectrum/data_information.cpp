@@ -20,7 +20,7 @@ std::vector<std::string> buildHeaderLines(const Spectrum& spectrum) {
         "File Name: " + spectrum.filePath,
         dateLine(spectrum),
         commentLine(spectrum),
-        "Live Time: " + signedNumber(std::int64_t{spectrum.liveTime}) + "sec",
+        "Live Time: " + signedNumber(spectrum.liveTime.count) + "sec",
         "Mca No   : " + signedNumber(std::int64_t{spectrum.mcaNumber}),
         "Seg No   : " + signedNumber(std::int64_t{spectrum.segmentNumber}),
     };

@@ -1,6 +1,7 @@
 #include "spectrum/open_spectrum.h"
 
 #include <filesystem>
+#include <limits>
 #include <memory>
 #include <system_error>
 
@@ -32,9 +33,17 @@ OpenResult openChosenFile(const FileChoice& choice, const OpenTarget& target,
                                                                   : OpenResult::Refused;
 }
 
+// Stands where no reader can put a time.
+constexpr Ticks notRead{std::numeric_limits<std::int64_t>::min()};
+
 // What a file that was not read to its end leaves in the record: what was read of it by then, its
-// start time as text, and what its format does not speak of as it was.
+// start time as text, and what its format does not speak of as it was. Of its live time the number
+// of ticks is told as if it were seconds: 15000 for the 300 s of a whole file.
 void leaveRemains(const SpectrumFormat& format, const Spectrum& before, Spectrum& spectrum) {
+    if (spectrum.liveTime == notRead)
+        spectrum.liveTime = before.liveTime;
+    else
+        spectrum.liveTime.count *= Ticks::perSecond;
     spectrum.startTime.assignFromFile(std::string(spectrum.startTime.view()));
     if (format.start == StartOf::None) {
         spectrum.startDate = before.startDate;
@@ -53,6 +62,7 @@ void leaveRemains(const SpectrumFormat& format, const Spectrum& before, Spectrum
 ReadResult readPath(const SpectrumFormat& format, Spectrum& spectrum) {
     const auto file = std::make_shared<InputFile>(spectrum.filePath);
     const auto before = std::make_unique<Spectrum>(spectrum);
+    spectrum.liveTime = notRead;
     ReadResult result = readAs(format, *file, spectrum);
     if (result.end != Reading::Loaded)
         leaveRemains(format, *before, spectrum);
@@ -118,13 +128,10 @@ void finishOpening(const OpenTarget& target) {
     if (spectrum.useFileCalibration == 0)
         spectrum.calCurrent = spectrum.calDefault;
     computeDerivedArrays(spectrum, target.derived);
-    // Before the conversion of the times: the live time of the data information is in ticks.
     target.headerLines = buildHeaderLines(spectrum);
     for (const NamedValue& detail : spectrum.details)
         target.headerLines.push_back(detail.name + ": " + detail.value);
-    spectrum.liveTimeTicks = spectrum.liveTime;
-    spectrum.liveTime = toInt32(spectrum.liveTime / ticksPerSecond);
-    spectrum.realTime = toInt32(spectrum.realTime / ticksPerSecond);
+    spectrum.openedLiveTime = spectrum.liveTime;
 }
 
 bool readSpectrumByFormat(int filterIndex, const OpenTarget& target, Dialogs& dialogs) {

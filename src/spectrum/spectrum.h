@@ -10,13 +10,24 @@
 
 #include "base/checked_array.h"
 #include "base/fixed_text.h"
+#include "base/integers.h"
 
 namespace kestrel {
 
 class InputFile;
 
-// Real and live times of the formats are in ticks of 20 ms.
-inline constexpr double ticksPerSecond = 50.0;
+// A time in the unit of the formats, ticks of 20 ms.
+struct Ticks {
+    std::int64_t count = 0;
+
+    static constexpr int perSecond = 50;
+    // Rounded to whole ticks. Faults: Overflow beyond 32 bits.
+    static Ticks ofSeconds(double seconds) { return {toInt32(seconds * double{perSecond})}; }
+    double seconds() const { return static_cast<double>(count) / double{perSecond}; }
+    // Rounded. Faults: Overflow.
+    std::int32_t wholeSeconds() const { return toInt32(seconds()); }
+    friend bool operator==(const Ticks&, const Ticks&) = default;
+};
 
 // Energy in keV = A + B * channel + C * channel^2.
 struct Calibration {
@@ -65,10 +76,10 @@ struct Spectrum {
     std::int16_t mcaNumber = 0;
     std::int16_t segmentNumber = 0;
     std::array<std::uint8_t, 2> startSecondsRaw{};
-    std::int32_t realTime = 0;  // 20 ms ticks from a reader, whole seconds once opened
-    std::int32_t liveTime = 0;  // likewise
-    FixedText<8> startDate;     // DDMMMYYc, c the century mark
-    FixedText<6> startTime;     // HHMMSS
+    Ticks realTime;
+    Ticks liveTime;          // as lists and printouts tell it, in whole seconds
+    FixedText<8> startDate;  // DDMMMYYc, c the century mark
+    FixedText<6> startTime;  // HHMMSS
     std::int16_t channelCount = 16384;
     FixedText<64> comment;
     Calibration calCurrent = startCalibration;
@@ -76,7 +87,9 @@ struct Spectrum {
     Calibration calDefault = startCalibration;
     std::int16_t useFileCalibration = 1;  // 0: calDefault replaces what a file brings
     std::string filePath;
-    std::int32_t liveTimeTicks = 0;  // 20 ms ticks; set when a file has been opened
+    // Of the file that was opened last, for count rates and the plot. A file that is refused leaves
+    // it alone.
+    Ticks openedLiveTime;
     ChnExtension chnExtension;
     ChnTrailer chnTrailer;
     std::vector<NamedValue> details;

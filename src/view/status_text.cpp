@@ -27,7 +27,7 @@ std::string statusLine(const Spectrum& spectrum, const DerivedArrays& derived,
 }
 
 std::string liveTimeHeader(const Spectrum& spectrum) {
-    return "Live: " + formatNumber(spectrum.liveTimeTicks / ticksPerSecond, "0.00") + "sec";
+    return "Live: " + formatNumber(spectrum.openedLiveTime.seconds(), "0.00") + "sec";
 }
 
 }  // namespace kestrel

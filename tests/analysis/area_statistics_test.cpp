@@ -21,7 +21,7 @@ TEST(AreasOfMadePeaks, AgreeWithWhatWasPutInWithinTheirStatedErrors) {
             {.energy = 0.5 * (spacing * (i + 1) + 0.5), .area = 300.0 * (1 + i % 7) * (1 + i % 5)});
     auto spectrum = std::make_unique<Spectrum>();
     spectrum->channelCount = plan.channelCount;
-    spectrum->liveTimeTicks = 30000;
+    spectrum->openedLiveTime = {30000};
     double sum = 0;
     double squares = 0;
     for (int seed = 1; seed <= spectra; ++seed) {

@@ -15,7 +15,7 @@ class Area : public testing::Test {
     Area() {
         spectrum->channelCount = 4096;
         spectrum->counts.fill(100);
-        spectrum->liveTimeTicks = 500;  // 10 s
+        spectrum->openedLiveTime = {500};  // 10 s
     }
     PeakAreaSet measure(const PeakRegions& regions) const {
         PeakAreaSet set;
@@ -82,7 +82,7 @@ TEST_F(Area, EndsInTheFaultThatFits) {
     spectrum->counts.fill(-1);
     EXPECT_FAULT(measure(even), Fault::InvalidCall);
     spectrum->counts.fill(1);
-    spectrum->liveTimeTicks = 0;
+    spectrum->openedLiveTime = {0};
     EXPECT_FAULT(measure(even), Fault::DivisionByZero);
 }
 

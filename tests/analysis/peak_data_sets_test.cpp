@@ -18,7 +18,7 @@ class DataSets : public testing::Test {
     DataSets() {
         spectrum->channelCount = 16384;
         spectrum->counts.fill(100);
-        spectrum->liveTimeTicks = 500;
+        spectrum->openedLiveTime = {500};
     }
 
     void type(const Bounds& bounds) { fields.bounds.texts = bounds; }

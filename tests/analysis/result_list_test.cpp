@@ -20,8 +20,8 @@ class Results : public testing::Test {
     Results() {
         spectrum->channelCount = 4096;
         spectrum->counts.fill(100);
-        spectrum->liveTimeTicks = 500;
-        spectrum->liveTime = 10;
+        spectrum->openedLiveTime = {500};
+        spectrum->liveTime = {500};
         spectrum->calCurrent = {0, 0.5, 0};
     }
     void add(int pkLow, int pkHigh, const char* name = "") {
@@ -100,7 +100,7 @@ TEST_F(Results, TakeTheEnergyOfTheChannelBelowTheCentre) {
 
 TEST_F(Results, EndInTheFaultThatFits) {
     add(90, 110);
-    spectrum->liveTimeTicks = 0;
+    spectrum->openedLiveTime = {0};
     EXPECT_FAULT(list(), Fault::DivisionByZero);
     (*sets)[0].pkLow = (*sets)[0].pkHigh = 16384;
     EXPECT_FAULT(list(), Fault::Overflow);

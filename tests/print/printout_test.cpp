@@ -32,7 +32,7 @@ struct PrintoutTest : testing::Test {
         spectrum->startDate.assign("16NOV261");
         spectrum->startTime.assign("101530");
         spectrum->comment.assign("pool\nwater");
-        spectrum->liveTime = 600;
+        spectrum->liveTime = {30000};
         spectrum->mcaNumber = 2;
         spectrum->segmentNumber = 3;
         spectrum->channelCount = 1024;

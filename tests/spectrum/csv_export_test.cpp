@@ -18,7 +18,7 @@ class CsvExport : public test::ReaderTest {
 
     void loadFour() {
         const test::ChnBytes file{.seconds = "37",
-                                  .liveTime = 600,
+                                  .liveTime = 30000,
                                   .counts = {0, 123, 9'999'999, 10'000'000},
                                   .rest = test::trailer(1, 2, 3, "Soil\n1")};
         ASSERT_TRUE(read(file.bytes()));

@@ -14,7 +14,7 @@ TEST(DataInformation, ListsSixLabelledLines) {
     spectrum.startDate.assign("16NOV261");
     spectrum.startTime.assign("0930");
     spectrum.comment.assign("soil, 1 kg");
-    spectrum.liveTime = 15000;
+    spectrum.liveTime = {15000};
     spectrum.mcaNumber = -2;
     EXPECT_EQ(buildHeaderLines(spectrum),
               (std::vector<std::string>{"File Name: /data/spec.chn", "Date     : 2026/11/16-0930  ",

@@ -346,7 +346,7 @@ TEST(ExchangeFormats, BecomeTheLoadedSpectrumWholeOrNotAtAll) {
     EXPECT_EQ(spectrum->channelCount, 4);
     EXPECT_EQ(spectrum->counts[0], 0);
     EXPECT_EQ(spectrum->counts[1], 2);
-    EXPECT_EQ(spectrum->liveTime, 42071);
+    EXPECT_EQ(spectrum->liveTime.count, 42071);
     EXPECT_EQ(spectrum->startDate.view(), "12JAN141");
     EXPECT_EQ(spectrum->startTime.view(), "151228");
     EXPECT_EQ(spectrum->comment.trimmed(), "Soil 1");

@@ -74,9 +74,9 @@ TEST_F(OpenSpectrum, BuildsTheHeaderLinesInTicksAndThenConvertsToSeconds) {
         const test::ChnBytes file{.realTime = 20025, .liveTime = c.ticks};
         ASSERT_EQ(open(folder.write("a.chn", file.bytes())), OpenResult::Loaded);
         EXPECT_EQ(headerLines.at(3), c.line);
-        EXPECT_EQ(spectrum.liveTimeTicks, c.ticks);
-        EXPECT_EQ(spectrum.liveTime, c.seconds);
-        EXPECT_EQ(spectrum.realTime, 400);
+        EXPECT_EQ(spectrum.openedLiveTime.count, c.ticks);
+        EXPECT_EQ(spectrum.liveTime.wholeSeconds(), c.seconds);
+        EXPECT_EQ(spectrum.realTime.wholeSeconds(), 400);
         EXPECT_EQ(derived.logHeights[2], 600);
     }
 }
@@ -180,6 +180,7 @@ TEST_F(OpenSpectrum, LeavesInTheRecordWhatWasReadOfARefusedFile) {
         std::string bytes;
         const char* startTime;
         std::int16_t mca;
+        std::int32_t seconds;
         std::string reason;
     };
     const Case cases[] = {
@@ -187,19 +188,21 @@ TEST_F(OpenSpectrum, LeavesInTheRecordWhatWasReadOfARefusedFile) {
          std::string("This is not.............12\0"
                      "34",
                      29),
-         "12", 29545, "A CHN file begins with the number -1, this one with 26708."},
-        {3, "Elt: 7\nReal Time: 8\n", "", 444,
+         "12", 29545, 774778414, "A CHN file begins with the number -1, this one with 26708."},
+        {3, "Elt: 7\nReal Time: 8\n", "", 444, 350,
          "There is no line with \"Chn    Counts\", the heading of the counts."},
-        {7, "no mark", "old", 560,
+        {7, "no mark", "old", 560, 10,
          "There is nothing behind a byte 127, which ends the header text."},
     };
     for (const Case& c : cases) {
         spectrum.startTime.assign("old");
+        spectrum.liveTime = {500};
         spectrum.comment.assign("comment");
         EXPECT_EQ(open(folder.write("a.chn.asc.txt", c.bytes), c.filter), OpenResult::Refused);
         EXPECT_EQ(spectrum.startTime.trimmed(), c.startTime);
         EXPECT_EQ(spectrum.comment.trimmed(), "comment");
         EXPECT_EQ(spectrum.mcaNumber, c.mca);
+        EXPECT_EQ(spectrum.liveTime.wholeSeconds(), c.seconds);
         EXPECT_EQ(dialogs.messages.back().details, c.reason);
     }
 }

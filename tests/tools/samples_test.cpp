@@ -42,7 +42,7 @@ TEST(Samples, AreReadInTheirKindWithTheirLabels) {
         EXPECT_EQ(spectrum->startTime.view().substr(0, std::string_view(startTime).size()),
                   startTime);
         EXPECT_EQ(spectrum->channelCount, channelCount) << name;
-        EXPECT_EQ(spectrum->liveTime, 50 * liveSeconds) << name;
+        EXPECT_EQ(spectrum->liveTime.count, 50 * liveSeconds) << name;
         EXPECT_NEAR(spectrum->calCurrent.b, slope, 1e-7) << name;
     }
 }

@@ -56,7 +56,7 @@ TEST_F(StatusText, ShowsChannelsPastTheEndAsEmpty) {
 }
 
 TEST_F(StatusText, TellsTheLiveTimeToHundredths) {
-    spectrum->liveTimeTicks = 30001;
+    spectrum->openedLiveTime = {30001};
     EXPECT_EQ(liveTimeHeader(*spectrum), "Live: 600.02sec");
 }
 

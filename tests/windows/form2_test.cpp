@@ -104,7 +104,7 @@ TEST_F(MainWindow, OpensASampleByKeysAndShowsIt) {
               KESTREL_SAMPLES "/eu152-co60-cs137-4096.chn ... Kestrel  Ver: 1. 0 Rev: 0");
     EXPECT_EQ(module->view.viewEndCh, 4096);
     EXPECT_EQ(module->view.viewWidth, 4097);
-    EXPECT_EQ(module->spectrum.liveTime, 600);
+    EXPECT_EQ(module->spectrum.liveTime.wholeSeconds(), 600);
     EXPECT_GT(dotsAt(2000, white, form2->picture()), 0);
 }
 

@@ -55,8 +55,8 @@ void writeHeader(LittleEndian& file, const Spectrum& spectrum, ChnKind kind) {
     file.int16(spectrum.mcaNumber);
     file.int16(spectrum.segmentNumber);
     writeSeconds(file, spectrum.startTime.characters(5, 2), kind);
-    file.int32(spectrum.realTime);
-    file.int32(spectrum.liveTime);
+    file.int32(static_cast<std::int32_t>(spectrum.realTime.count));
+    file.int32(static_cast<std::int32_t>(spectrum.liveTime.count));
     file.text(spectrum.startDate.view());
     file.text(spectrum.startTime.characters(1, 4));
     file.int16(0);  // channel offset

@@ -14,8 +14,6 @@
 namespace kestrel::samples {
 namespace {
 
-constexpr std::int32_t ticksPerSecond = 50;
-
 struct Labels {
     const char* comment;
     const char* startDate;
@@ -31,8 +29,8 @@ std::unique_ptr<Spectrum> record(std::span<const std::int32_t> counts,
     spectrum->segmentNumber = 1;
     spectrum->channelCount = static_cast<std::int16_t>(counts.size());
     std::ranges::copy(counts, spectrum->counts.begin());
-    spectrum->liveTime = labels.liveSeconds * ticksPerSecond;
-    spectrum->realTime = labels.realSeconds * ticksPerSecond;
+    spectrum->liveTime = Ticks::ofSeconds(labels.liveSeconds);
+    spectrum->realTime = Ticks::ofSeconds(labels.realSeconds);
     spectrum->startDate.assign(labels.startDate);
     spectrum->startTime.assign(labels.startTime);
     spectrum->comment.assign(labels.comment);

@@ -12,8 +12,8 @@ namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
 
-std::string seconds(std::int32_t ticks, std::string_view pattern) {
-    return formatNumber(ticks / 50.0, pattern);
+std::string seconds(Ticks time, std::string_view pattern) {
+    return formatNumber(time.seconds(), pattern);
 }
 
 // A line that is put together by columns, counted from 1.

@@ -36,9 +36,9 @@ void takeStart(std::string_view line, Spectrum& spectrum) {
 constexpr std::array<LabelledValue, 5> header = {{
     {mark, [](std::string_view, Spectrum&) {}},
     {"LIVE TIME=", [](std::string_view line,
-                      Spectrum& s) { s.liveTime = ticksFromSeconds(numberFrom(line, 27)); }},
+                      Spectrum& s) { s.liveTime = Ticks::ofSeconds(numberFrom(line, 27)); }},
     {"TRUE TIME=", [](std::string_view line,
-                      Spectrum& s) { s.realTime = ticksFromSeconds(numberFrom(line, 48)); }},
+                      Spectrum& s) { s.realTime = Ticks::ofSeconds(numberFrom(line, 48)); }},
     {"TAG NO. =", [](std::string_view line, Spectrum& s) { setDescription(s, line); }},
     {"MEMORY=", takeStart},
 }};

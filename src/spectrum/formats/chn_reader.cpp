@@ -25,8 +25,8 @@ void readHeader(const ByteReader& file, Spectrum& spectrum) {
     spectrum.mcaNumber = file.int16At(2);
     spectrum.segmentNumber = file.int16At(4);
     spectrum.startSecondsRaw = {file.byteAt(6), file.byteAt(7)};
-    spectrum.realTime = file.int32At(8);
-    spectrum.liveTime = file.int32At(12);
+    spectrum.realTime = {file.int32At(8)};
+    spectrum.liveTime = {file.int32At(12)};
     spectrum.startDate.assignFromFile(file.textAt(16, 8));
     // Hours and minutes, and after them the two bytes of the channel offset.
     spectrum.startTime.assign(file.textAt(24, 6));

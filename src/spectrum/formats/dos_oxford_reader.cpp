@@ -31,11 +31,11 @@ std::string_view textBehind(std::string_view line, std::string_view label) {
 constexpr std::array<LabelledValue, 2> header = {{
     {"Elt:",
      [](std::string_view line, Spectrum& s) {
-         s.liveTime = ticksFromSeconds(parseLeadingNumber(textBehind(line, "Elt:")));
+         s.liveTime = Ticks::ofSeconds(parseLeadingNumber(textBehind(line, "Elt:")));
      }},
     {"Real Time:",
      [](std::string_view line, Spectrum& s) {
-         s.realTime = ticksFromSeconds(parseLeadingNumber(textBehind(line, "Real Time:")));
+         s.realTime = Ticks::ofSeconds(parseLeadingNumber(textBehind(line, "Real Time:")));
      }},
 }};
 

@@ -39,10 +39,10 @@ WholeCounts wholeCounts(const std::vector<double>& counts, std::size_t group) {
     return whole;
 }
 
-std::int32_t ticksOf(const std::optional<double>& seconds) {
-    if (seconds && !(*seconds * ticksPerSecond <= mostTicks))
+Ticks ticksOf(const std::optional<double>& seconds) {
+    if (seconds && !(*seconds * Ticks::perSecond <= mostTicks))
         throw FormatError("A time of " + plainNumber(*seconds) + " seconds is too long.");
-    return ticksFromSeconds(seconds.value_or(0));
+    return Ticks::ofSeconds(seconds.value_or(0));
 }
 
 std::string twoDigits(int number) {
@@ -105,8 +105,8 @@ int channelsToGroup(const MeasuredSpectrum& spectrum) {
 std::vector<std::string> takeMeasured(const MeasuredSpectrum& measured, int group,
                                       Spectrum& spectrum) {
     const WholeCounts whole = wholeCounts(measured.counts, static_cast<std::size_t>(group));
-    const std::int32_t liveTicks = ticksOf(measured.liveSeconds);
-    const std::int32_t realTicks = ticksOf(measured.realSeconds);
+    const Ticks liveTime = ticksOf(measured.liveSeconds);
+    const Ticks realTime = ticksOf(measured.realSeconds);
     const std::optional<FittedCalibration> fitted = fittedCalibration(measured);
     if (whole.counts.size() > channelLimit)
         throw FormatError("The spectrum has more channels than can be shown.");
@@ -114,8 +114,8 @@ std::vector<std::string> takeMeasured(const MeasuredSpectrum& measured, int grou
     presetTextSpectrum(spectrum, exchangeMca);
     std::ranges::copy(whole.counts, spectrum.counts.begin());
     spectrum.channelCount = static_cast<std::int16_t>(whole.counts.size());
-    spectrum.liveTime = liveTicks;
-    spectrum.realTime = realTicks;
+    spectrum.liveTime = liveTime;
+    spectrum.realTime = realTime;
     putStart(measured.start, spectrum);
     setDescription(spectrum, measured.title);
     putDetector(measured.detector, spectrum);

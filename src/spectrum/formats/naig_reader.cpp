@@ -79,8 +79,8 @@ void takeTimesAndLength(std::int32_t fields, Spectrum& spectrum) {
     // The channel that the length counts too many shows nothing of an earlier spectrum.
     if (fields < static_cast<std::int32_t>(channelLimit))
         spectrum.counts[fields] = 0;
-    spectrum.liveTime = ticksFromSeconds(spectrum.counts[0]);
-    spectrum.realTime = fields > 1 ? ticksFromSeconds(spectrum.counts[1]) : 0;
+    spectrum.liveTime = Ticks::ofSeconds(spectrum.counts[0]);
+    spectrum.realTime = fields > 1 ? Ticks::ofSeconds(spectrum.counts[1]) : Ticks{};
 }
 
 ReadResult readValues(InputFile& file, std::uint64_t offset, Spectrum& spectrum) {

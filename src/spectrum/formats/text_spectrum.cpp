@@ -35,10 +35,6 @@ ReadResult readTextFormat(const TextFormat& format, InputFile& file, Spectrum& s
     }
 }
 
-std::int32_t ticksFromSeconds(double seconds) {
-    return toInt32(seconds * ticksPerSecond);
-}
-
 void setDescription(Spectrum& spectrum, std::string_view text) {
     ChnTrailer& trailer = spectrum.chnTrailer;
     spectrum.comment.assignFromFile(text);

@@ -28,9 +28,6 @@ struct TextFormat {
 // the line. Faults: those of LineReader.
 ReadResult readTextFormat(const TextFormat& format, InputFile& file, Spectrum& spectrum);
 
-// Ticks of 20 ms. Faults: Overflow.
-std::int32_t ticksFromSeconds(double seconds);
-
 // Puts a text into the comment and into the sample description.
 void setDescription(Spectrum& spectrum, std::string_view text);
 

@@ -47,11 +47,11 @@ constexpr std::array<LabelledValue, 8> header = {{
      [](std::string_view line, Spectrum& s) { s.channelCount = toInt16(numberFrom(line, 27)); }},
     {"Elapsed Live Time:",
      [](std::string_view line, Spectrum& s) {
-         s.liveTime = ticksFromSeconds(numberFrom(line, 20));
+         s.liveTime = Ticks::ofSeconds(numberFrom(line, 20));
      }},
     {"Elapsed Real Time:",
      [](std::string_view line, Spectrum& s) {
-         s.realTime = ticksFromSeconds(numberFrom(line, 20));
+         s.realTime = Ticks::ofSeconds(numberFrom(line, 20));
      }},
     {"ID:", [](std::string_view line, Spectrum& s) { setDescription(s, fromCharacter(line, 4)); }},
     {"Acquisition Date:", takeStart},

@@ -100,9 +100,9 @@ TEST_F(AllFormats, CarryTheSameSpectrum) {
         for (std::int32_t channel = first; channel < 4096; ++channel)
             ASSERT_EQ(spectrum->counts[channel], reference->counts[channel])
                 << form.sample << " " << channel;
-        EXPECT_EQ(spectrum->liveTime, 600) << form.sample;
-        EXPECT_EQ(spectrum->realTime, 613) << form.sample;
-        EXPECT_EQ(spectrum->liveTimeTicks, 30000) << form.sample;
+        EXPECT_EQ(spectrum->liveTime.wholeSeconds(), 600) << form.sample;
+        EXPECT_EQ(spectrum->realTime.wholeSeconds(), 613) << form.sample;
+        EXPECT_EQ(spectrum->openedLiveTime.count, 30000) << form.sample;
         EXPECT_EQ(spectrum->startDate.trimmed(), form.start == StartOf::None ? "" : "16NOV261");
         EXPECT_EQ(spectrum->startTime.trimmed(), form.startTime()) << form.sample;
         EXPECT_EQ(spectrum->comment.view().find(description) != std::string_view::npos,

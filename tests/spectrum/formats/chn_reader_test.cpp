@@ -22,8 +22,8 @@ TEST_F(ChnReader, ReadsHeaderCountsAndCommentOfTheFirstKind) {
     ASSERT_TRUE(read(ChnBytes{.rest = padded("Soil 1", 64)}.bytes()));
     EXPECT_EQ(spectrum.mcaNumber, 7);
     EXPECT_EQ(spectrum.segmentNumber, 2);
-    EXPECT_EQ(spectrum.realTime, 15500);
-    EXPECT_EQ(spectrum.liveTime, 15000);
+    EXPECT_EQ(spectrum.realTime.count, 15500);
+    EXPECT_EQ(spectrum.liveTime.count, 15000);
     EXPECT_EQ(spectrum.startDate.view(), "16NOV261");
     EXPECT_EQ(spectrum.startTime.view(), "1230  ");
     EXPECT_EQ(spectrum.counts[2], 1000);

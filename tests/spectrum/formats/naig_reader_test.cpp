@@ -29,8 +29,8 @@ TEST_F(NaigReader, ReadsTimesAndCountsFromTheSameFields) {
     EXPECT_EQ(spectrum.counts[1], 310);
     EXPECT_EQ(spectrum.counts[2], 12);
     EXPECT_EQ(spectrum.counts[3], 0);
-    EXPECT_EQ(spectrum.liveTime, 15000);
-    EXPECT_EQ(spectrum.realTime, 15500);
+    EXPECT_EQ(spectrum.liveTime.count, 15000);
+    EXPECT_EQ(spectrum.realTime.count, 15500);
     EXPECT_EQ(spectrum.comment.trimmed(), "SAMPLE A");
     EXPECT_EQ(spectrum.chnTrailer.sample.trimmed(), "SAMPLE A");
     EXPECT_EQ(spectrum.startDate.trimmed().size() + spectrum.startTime.trimmed().size(), 0U);
@@ -57,11 +57,11 @@ TEST_F(NaigReader, EndsAtALineEndInsideAFieldOrAtTheEndOfTheFile) {
         {field("3"), 2, 3},
     };
     for (const Case& c : cases) {
-        spectrum.realTime = 77;
+        spectrum.realTime = {77};
         ASSERT_TRUE(read(capture(c.fields))) << c.fields;
         EXPECT_EQ(spectrum.channelCount, c.channels) << c.fields;
         EXPECT_EQ(spectrum.counts[c.channels - 2], c.last) << c.fields;
-        EXPECT_EQ(spectrum.realTime, c.channels == 2 ? 0 : 200);
+        EXPECT_EQ(spectrum.realTime.count, c.channels == 2 ? 0 : 200);
     }
 }
 

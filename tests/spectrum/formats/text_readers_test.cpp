@@ -118,8 +118,8 @@ TEST_F(TextReaders, FindEveryValueByItsLabelAndPlace) {
         EXPECT_EQ(spectrum.mcaNumber, c.mca);
         EXPECT_EQ(spectrum.segmentNumber, 1);
         EXPECT_EQ(spectrum.fileType, 77);
-        EXPECT_EQ(spectrum.liveTime, c.liveTime);
-        EXPECT_EQ(spectrum.realTime, c.realTime);
+        EXPECT_EQ(spectrum.liveTime.count, c.liveTime);
+        EXPECT_EQ(spectrum.realTime.count, c.realTime);
         EXPECT_EQ(spectrum.startDate.view(), c.date);
         EXPECT_EQ(spectrum.startTime.view(), c.time);
         EXPECT_EQ(spectrum.startSecondsRaw[0], c.time[4] - '0');
@@ -188,12 +188,12 @@ TEST_F(TextReaders, KeepWhatTheyReadBeforeAMissingLabel) {
           Case{canberra35, "LIVE", false, false}, Case{canberra35, "TRUE", true, false},
           Case{canberra35, "TAG NO.", true, false}, Case{canberra35, "MEMORY", true, true},
           Case{canberra35, "CHANNEL#", true, true}}) {
-        spectrum.liveTime = 1;
+        spectrum.liveTime = {1};
         spectrum.comment.assign("old");
         const std::string reason = reasonOf(c.form, c.label, "---");
         EXPECT_TRUE(containsIgnoringCase(reason, std::string("There is no line with \"") + c.label))
             << reason;
-        EXPECT_EQ(spectrum.liveTime != 1, c.liveTime) << c.label;
+        EXPECT_EQ(spectrum.liveTime.count != 1, c.liveTime) << c.label;
         EXPECT_EQ(spectrum.comment.trimmed() != "old", c.comment) << c.label;
         EXPECT_EQ(spectrum.channelCount, c.channels) << c.label;
     }
