@@ -45,7 +45,7 @@ class ResultPages {
 
   private:
     void goOn() {
-        job_.newPage();
+        job_.canvas().newPage();
         page_.startPage();
         ++number_;
         page_.printZones({header_.front(), "Page " + plainNumber(std::int64_t{number_})});

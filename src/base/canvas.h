@@ -53,6 +53,9 @@ class Canvas {
     virtual double textHeight() const = 0;
     virtual double textWidth(std::string_view text) const = 0;
 
+    // What follows is drawn on a new page. A surface that has no pages stays as it is.
+    virtual void newPage() {}
+
     void line(double x1, double y1, double x2, double y2, Colour colour) {
         moveTo(x1, y1);
         lineTo(x2, y2, colour);

@@ -15,13 +15,11 @@ class DeferredCanvas : public Canvas {
     // Scale, colours and text sizes are those of `model`, which must outlive this canvas.
     explicit DeferredCanvas(Canvas& model) : model_(model) {}
 
-    // Draws everything kept, in the order it came; whatever else is to happen in between is kept by
-    // `then`.
+    // Draws everything kept, in the order it came.
     void replay(Canvas& canvas) const {
         for (const auto& call : calls_)
             call(canvas);
     }
-    void then(std::function<void(Canvas&)> call) { calls_.push_back(std::move(call)); }
 
     void setScale(const UserScale& scale) override {
         both([scale](Canvas& c) { c.setScale(scale); });
@@ -55,7 +53,12 @@ class DeferredCanvas : public Canvas {
     double textHeight() const override { return model_.textHeight(); }
     double textWidth(std::string_view text) const override { return model_.textWidth(text); }
 
+    void newPage() override {
+        then([](Canvas& c) { c.newPage(); });
+    }
+
   private:
+    void then(std::function<void(Canvas&)> call) { calls_.push_back(std::move(call)); }
     void both(const std::function<void(Canvas&)>& call) {
         call(model_);
         then(call);

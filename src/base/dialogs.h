@@ -65,10 +65,9 @@ struct FileChoice {
 class PrintJob {
   public:
     virtual ~PrintJob() = default;
-    // The part of the page inside its margins.
+    // The part of the page inside its margins; its newPage() goes on with the next page.
     virtual Canvas& canvas() = 0;
     virtual PageLayout layout() const = 0;
-    virtual void newPage() = 0;
     virtual void endDocument() = 0;
 };
 

@@ -30,27 +30,34 @@ void attachTo(QPaintDevice* device, const QPagedPaintDevice& pages, int resoluti
         throw RuntimeFault(Fault::Printer);
 }
 
-void goToNewPage(QPagedPaintDevice& device, PainterCanvas& canvas) {
-    canvas.flush();
-    if (!device.newPage())
-        throw RuntimeFault(Fault::Printer);
-}
+// The canvas of a device that has pages.
+class PageCanvas : public PainterCanvas {
+  public:
+    // The device must outlive it.
+    explicit PageCanvas(QPagedPaintDevice& device) : PainterCanvas(printFont()), device_(device) {}
+
+    void newPage() override {
+        flush();
+        if (!device_.newPage())
+            throw RuntimeFault(Fault::Printer);
+    }
+
+  private:
+    QPagedPaintDevice& device_;
+};
 
 // The printer gets a document only when it is whole: what has been sent to it is printed, whatever
 // happens then.
 class PrinterJob : public PrintJob {
   public:
     explicit PrinterJob(QPrinter& printer)
-        : printer_(printer), canvas_(printFont()), document_(canvas_) {
+        : printer_(printer), canvas_(printer), document_(canvas_) {
         requirePrinter();
         printer_.setResolution(qMin(printer_.resolution(), highestResolution));
         attachTo(nullptr, printer_, printer_.resolution(), canvas_);
     }
     Canvas& canvas() override { return document_; }
     PageLayout layout() const override { return toPageLayout(printer_.pageLayout()); }
-    void newPage() override {
-        document_.then([this](Canvas&) { goToNewPage(printer_, canvas_); });
-    }
     void endDocument() override {
         requirePrinter();
         attachTo(&printer_, printer_, printer_.resolution(), canvas_);
@@ -66,7 +73,7 @@ class PrinterJob : public PrintJob {
     }
 
     QPrinter& printer_;
-    PainterCanvas canvas_;
+    PageCanvas canvas_;
     DeferredCanvas document_;
 };
 
@@ -74,7 +81,7 @@ class PrinterJob : public PrintJob {
 class PdfJob : public PrintJob {
   public:
     PdfJob(QString path, const QPageLayout& layout, const QString& title)
-        : path_(std::move(path)), writer_(&pages_), canvas_(printFont()) {
+        : path_(std::move(path)), writer_(&pages_), canvas_(writer_) {
         pages_.open(QIODevice::WriteOnly);
         writer_.setPageLayout(layout);
         writer_.setResolution(highestResolution);
@@ -84,7 +91,6 @@ class PdfJob : public PrintJob {
     }
     Canvas& canvas() override { return canvas_; }
     PageLayout layout() const override { return toPageLayout(writer_.pageLayout()); }
-    void newPage() override { goToNewPage(writer_, canvas_); }
     void endDocument() override {
         canvas_.finish();
         const QByteArray& bytes = pages_.data();
@@ -96,7 +102,7 @@ class PdfJob : public PrintJob {
     QString path_;
     QBuffer pages_;
     QPdfWriter writer_;
-    PainterCanvas canvas_;
+    PageCanvas canvas_;
 };
 
 }  // namespace

@@ -47,7 +47,6 @@ class FailingJob : public PrintJob {
     FailingJob(int linesLeft, bool& ended) : canvas_(linesLeft), ended_(ended) {}
     Canvas& canvas() override { return canvas_; }
     PageLayout layout() const override { return a4Page; }
-    void newPage() override {}
     void endDocument() override { ended_ = true; }
 
   private:
