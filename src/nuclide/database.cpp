@@ -79,7 +79,7 @@ std::string nuclideDatabasePath(const std::string& marigoldDir) {
 }
 
 void NuclideDatabase::open(const std::string& marigoldDir) {
-    if (opened_)
+    if (isOpen())
         return;
     const std::string path = nuclideDatabasePath(marigoldDir);
     if (path.empty())
@@ -91,24 +91,17 @@ void NuclideDatabase::open(const std::string& marigoldDir) {
     } catch (const RuntimeFault& fault) {
         throw DatabaseError(path + "\n" + std::string(fault.text()));
     }
-    opened_ = true;
 }
 
 void NuclideDatabase::prepareEnergyWindowQuery() {
-    if (energyQueryPrepared_)
-        return;
-    energyCommand_ = connection_->prepare(energyWindowQuery);
-    energyQueryPrepared_ = true;
+    if (!energyQueryPrepared())
+        energyCommand_ = connection_->prepare(energyWindowQuery);
 }
 
 void NuclideDatabase::close() {
-    if (energyQueryPrepared_) {
-        energyRecordset_.reset();
-        energyCommand_.reset();
-        connection_.reset();
-    }
-    opened_ = false;
-    energyQueryPrepared_ = false;
+    energyRecordset_.reset();
+    energyCommand_.reset();
+    connection_.reset();
 }
 
 Recordset& NuclideDatabase::queryEnergyWindow(double low, double high) {

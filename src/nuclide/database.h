@@ -28,12 +28,10 @@ class NuclideDatabase {
     void open(const std::string& marigoldDir);
     // Prepares the query of the energy window, once. The database must be open.
     void prepareEnergyWindowQuery();
-    // Closes the database if the energy window's query was prepared; a connection that only other
-    // queries used stays. The three flags are cleared in every case.
     void close();
 
-    bool isOpen() const { return opened_; }
-    bool energyQueryPrepared() const { return energyQueryPrepared_; }
+    bool isOpen() const { return connection_ != nullptr; }
+    bool energyQueryPrepared() const { return energyCommand_ != nullptr; }
     bool energyRecordsetOpen() const { return energyRecordset_.has_value(); }
 
     // The queries. The database must be open, for the first one prepared as well. Energies in keV.
@@ -54,8 +52,6 @@ class NuclideDatabase {
     std::unique_ptr<SqliteConnection> connection_;
     std::shared_ptr<sqlite3_stmt> energyCommand_;
     std::optional<Recordset> energyRecordset_;
-    bool opened_ = false;
-    bool energyQueryPrepared_ = false;
 };
 
 }  // namespace kestrel

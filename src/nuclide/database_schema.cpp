@@ -38,16 +38,24 @@ bool hasColumn(sqlite3_stmt* statement, const char* name) {
     return false;
 }
 
+bool hasTableOrView(SqliteConnection& connection, const std::string& name) {
+    const Recordset found(connection,
+                          connection.prepare("select 1 from sqlite_master where type in "
+                                             "('table', 'view') and lower(name) = '" +
+                                             name + "'"));
+    return !found.eof();
+}
+
 // What is wrong with one table or view, a line for each fault.
 std::string faultsOf(SqliteConnection& connection, const Needed& wanted) {
     const std::string name = wanted.name;
+    if (!hasTableOrView(connection, name))
+        return "there is no table or query " + name + "\n";
     std::shared_ptr<sqlite3_stmt> statement;
     try {
         statement = connection.prepare("select * from " + name);
     } catch (const DatabaseError& error) {
-        const bool missing = std::string(error.what()) == "no such table: " + name;
-        return missing ? "there is no table or query " + name + "\n"
-                       : name + " cannot be used: " + error.what() + "\n";
+        return name + " cannot be used: " + error.what() + "\n";
     }
     std::string faults;
     for (const char* column : wanted.columns) {
