@@ -79,7 +79,7 @@ void repaintPicture(benchmark::State& state, PlotMode mode, CountAxis axis) {
     for (auto _ : state) {
         drawSpectrum(
             {module.spectrum, module.derived, module.view, module.channelColour, module.palette},
-            program.form2->plotArea->canvas(), program.dialogs);
+            program.form2->plotArea->canvas());
         benchmark::DoNotOptimize(program.form2->picture().constBits());
     }
 }

@@ -6,7 +6,6 @@
 #include "app/form2_main_window.h"
 #include "app/nuclide_location.h"
 #include "base/directory_choice.h"
-#include "base/integers.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "nuclide/nuclide_key.h"
@@ -85,7 +84,7 @@ void Form2::chooseDatabaseDir() {
 }
 
 void Form2::switchNuclideMarks() {
-    module_.nuclRoiOn = narrow16(-module_.nuclRoiOn);
+    module_.nuclRoiOn = !module_.nuclRoiOn;
     buildMarks();
     view_.recentre();
 }

@@ -17,7 +17,7 @@ void startModule1(Module1& module, const std::string& systemDir,
     spectrum.startTime.assign("");
     spectrum.comment.assign("");
     module.view = ViewState{};
-    module.nuclRoiOn = nuclideMarksOn;
+    module.nuclRoiOn = true;
     spectrum.calDefault = startCalibration;
     spectrum.useFileCalibration = 1;
 }

@@ -32,7 +32,7 @@ struct Module1 {
     NuclideDatabase database;
     NuclideData nuclide;          // what the nuclide data window shows
     std::string selectedNuclide;  // its key, such as "Eu-152m" or "Co- 60g"
-    std::int16_t nuclRoiOn = nuclideMarksOn;
+    bool nuclRoiOn = true;        // the marks of a nuclide are shown
 };
 
 // The state at a start of the program: settings read from `systemDir`, then a blank spectrum of

@@ -44,11 +44,11 @@ int markedChannel(const Calibration& calibration, double energy) {
 
 }  // namespace
 
-void buildNuclideMarks(ChannelArray<Colour>& channelColour, std::int16_t nuclRoiOn,
+void buildNuclideMarks(ChannelArray<Colour>& channelColour, bool nuclRoiOn,
                        std::span<const MarkedLine> lines, const Spectrum& spectrum,
                        const Palette& palette) {
     channelColour.fill(0);
-    if (nuclRoiOn != nuclideMarksOn || lines.size() < fewestLines)
+    if (!nuclRoiOn || lines.size() < fewestLines)
         return;
     for (const MarkedLine& line : lines) {
         const int channel = markedChannel(spectrum.calCurrent, line.energy);

@@ -12,8 +12,6 @@
 
 namespace kestrel {
 
-inline constexpr std::int16_t nuclideMarksOn = -1;  // 1: off
-
 struct MarkedLine {
     double energy = 0;     // keV
     double intensity = 0;  // percent
@@ -22,7 +20,7 @@ struct MarkedLine {
 // Sets all channels to unmarked, then, if the marks are on, marks the lines in their order. Fewer
 // than two lines give no mark. A line beyond the end of the spectrum ends the marking. No faults,
 // whatever the calibration is.
-void buildNuclideMarks(ChannelArray<Colour>& channelColour, std::int16_t nuclRoiOn,
+void buildNuclideMarks(ChannelArray<Colour>& channelColour, bool nuclRoiOn,
                        std::span<const MarkedLine> lines, const Spectrum& spectrum,
                        const Palette& palette);
 

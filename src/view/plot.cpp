@@ -53,16 +53,14 @@ void drawHeaderTexts(const PlotInput& input, Canvas& canvas) {
 
 }  // namespace
 
-void drawSpectrum(const PlotInput& input, Canvas& canvas, Dialogs& dialogs) {
+void drawSpectrum(const PlotInput& input, Canvas& canvas) {
     canvas.clear(input.palette[palette_number::black]);
     drawChannelAxis(input.view, canvas);
     canvas.setForeColour(input.palette[palette_number::lightRed]);
-    dialogs.setPointer(Pointer::Hourglass);
     if (input.view.linLogMode == CountAxis::Linear)
         drawLinearPlot(input, canvas);
     else
         drawLogPlot(input, canvas);
-    dialogs.setPointer(Pointer::Default);
     drawHeaderTexts(input, canvas);
     drawRegions(input, canvas);
 }

@@ -4,7 +4,6 @@
 
 #include "base/canvas.h"
 #include "base/checked_array.h"
-#include "base/dialogs.h"
 #include "base/palette.h"
 #include "spectrum/derived_arrays.h"
 #include "spectrum/region_bounds.h"
@@ -27,6 +26,6 @@ struct PlotInput {
 // channel ticks of the next repaint are drawn. At most about 2 x 4096 curve elements are drawn,
 // however many channels are shown. While the regions of a peak are shown, their channels are drawn
 // once more in light green and light red. Faults: SubscriptOutOfRange, Overflow.
-void drawSpectrum(const PlotInput& input, Canvas& canvas, Dialogs& dialogs);
+void drawSpectrum(const PlotInput& input, Canvas& canvas);
 
 }  // namespace kestrel

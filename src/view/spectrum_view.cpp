@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "base/integers.h"
+#include "base/pointer_scope.h"
 #include "spectrum/peak_measure.h"
 #include "view/status_text.h"
 
@@ -51,7 +52,10 @@ void SpectrumView::activate() {
 
 void SpectrumView::redraw() {
     drawingFaulted_ = true;
-    drawSpectrum(input_, canvas_, dialogs_);
+    {
+        const HourglassScope hourglass(dialogs_);
+        drawSpectrum(input_, canvas_);
+    }
     drawCursor();
 }
 

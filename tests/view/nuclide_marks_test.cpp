@@ -10,7 +10,7 @@ namespace {
 
 class NuclideMarks : public testing::Test {
   protected:
-    void build(const std::vector<MarkedLine>& lines, std::int16_t on = nuclideMarksOn) {
+    void build(const std::vector<MarkedLine>& lines, bool on = true) {
         buildNuclideMarks(*colours, on, lines, *spectrum, standardPalette);
     }
     int marked() const {
@@ -81,7 +81,7 @@ TEST_F(NuclideMarks, OverwriteEachOtherInTheOrderOfTheLines) {
 
 TEST_F(NuclideMarks, AreGoneWhenSwitchedOffAndWhateverTheCalibrationIs) {
     build({{1000, 90}, weak});
-    build({{1000, 90}, weak}, 1);
+    build({{1000, 90}, weak}, false);
     EXPECT_EQ(marked(), 0);
     for (const Calibration& calibration : {Calibration{0, 0, 0},
                                            {0, 1e-9, 0},

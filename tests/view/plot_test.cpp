@@ -7,7 +7,6 @@
 
 #include "fault_matcher.h"
 #include "recording_canvas.h"
-#include "scripted_dialogs.h"
 
 namespace kestrel {
 namespace {
@@ -36,7 +35,7 @@ class Plot : public testing::Test {
         view.viewEndCh = static_cast<std::int16_t>(end);
         view.viewWidth = static_cast<std::int16_t>(end - start);
         canvas.setScale(plotScale(view));
-        drawSpectrum({*spectrum, *derived, view, *colours, standardPalette}, canvas, dialogs);
+        drawSpectrum({*spectrum, *derived, view, *colours, standardPalette}, canvas);
     }
 
     std::vector<Line> linesIn(Colour colour) const {
@@ -51,7 +50,6 @@ class Plot : public testing::Test {
     std::unique_ptr<ChannelArray<Colour>> colours = std::make_unique<ChannelArray<Colour>>();
     ViewState view;
     test::RecordingCanvas canvas;
-    test::ScriptedDialogs dialogs;
 };
 
 TEST_F(Plot, DrawsTheChannelAxisWithFiveLabelledTicks) {
@@ -194,7 +192,6 @@ TEST_F(Plot, DrawsNoCurveForAnEmptySpectrum) {
     draw(0, 4095);
     EXPECT_TRUE(linesIn(white).empty());
     EXPECT_TRUE(canvas.textBeginning("Comment"));
-    EXPECT_EQ(dialogs.pointer, Pointer::Default);
 }
 
 TEST_F(Plot, ShowsNothingOfAnEarlierLongerSpectrum) {

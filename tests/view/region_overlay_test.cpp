@@ -6,7 +6,6 @@
 
 #include "fault_matcher.h"
 #include "recording_canvas.h"
-#include "scripted_dialogs.h"
 #include "view/plot.h"
 
 namespace kestrel {
@@ -34,8 +33,7 @@ class Overlay : public testing::Test {
         view.viewStartCh = static_cast<std::int16_t>(start);
         view.viewEndCh = static_cast<std::int16_t>(end);
         view.viewWidth = static_cast<std::int16_t>(end - start);
-        drawSpectrum({*spectrum, *derived, view, *colours, standardPalette, &regions}, canvas,
-                     dialogs);
+        drawSpectrum({*spectrum, *derived, view, *colours, standardPalette, &regions}, canvas);
     }
     template <typename Element>
     static std::vector<Element> in(const std::vector<Element>& all, Colour colour, double from,
@@ -57,7 +55,6 @@ class Overlay : public testing::Test {
     ViewState view;
     RegionBounds regions;
     test::RecordingCanvas canvas;
-    test::ScriptedDialogs dialogs;
 };
 
 TEST_F(Overlay, LiesExactlyOverTheCurveInEveryScaleAndPlotMode) {
