@@ -206,6 +206,7 @@ bool Form2::closeOtherWindows() {
 bool Form2::saveSettings() {
     try {
         writeSettings(module_.settings, module_.spectrum);
+        writePreferences(module_.preferences);
         return true;
     } catch (const RuntimeFault& fault) {
         return dialogs_.message(
@@ -236,6 +237,7 @@ void Form2::endSession() {
         if (form7_ && form7_->isVisible())
             keepEntered(peakAreaWork());
         writeSettings(module_.settings, module_.spectrum);
+        writePreferences(module_.preferences);
     } catch (const RuntimeFault&) {
         // Nobody is left to be told.
     }

@@ -10,6 +10,8 @@ void startModule1(Module1& module, const std::string& systemDir,
     module.settings.lastDirectory.clear();
     module.settings.saveAsDir.clear();
     readSettings(module.settings, module.spectrum, checkDatabase);
+    module.preferences.folder = systemDir;
+    readPreferences(module.preferences);
     module.palette = standardPalette;
     Spectrum& spectrum = module.spectrum;
     spectrum.channelCount = 16384;

@@ -7,6 +7,7 @@
 
 #include "analysis/peak_data_sets.h"
 #include "analysis/two_point_calibration.h"
+#include "app/preferences.h"
 #include "app/settings.h"
 #include "base/palette.h"
 #include "nuclide/database.h"
@@ -26,6 +27,7 @@ struct Module1 {
     ChannelArray<Colour> channelColour;  // 0: no nuclide mark
     Palette palette = standardPalette;
     Settings settings;
+    Preferences preferences;
     int lastFilterIndex = 1;            // of the open dialog
     CalibrationTexts calibrationTexts;  // the two points last accepted in this run
     PeakAreaState peakArea;

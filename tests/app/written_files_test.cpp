@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "analysis/pkm_file.h"
+#include "app/preferences.h"
 #include "app/settings.h"
 #include "base/failing_calls.h"
 #include "fault_matcher.h"
@@ -34,6 +35,12 @@ const WrittenFile files[] = {
          Settings settings;
          settings.systemDir = folder.path();
          writeSettings(settings, spectrum);
+     }},
+    {"kestrel.ini",
+     [](Spectrum&, const TempFolder& folder) {
+         Preferences preferences;
+         preferences.folder = folder.path();
+         writePreferences(preferences);
      }},
     {"peaks.pkm",
      [](Spectrum& spectrum, const TempFolder& folder) {
