@@ -229,8 +229,8 @@ auto Form7::run(Operation operation) {
     return operation();
 }
 
-void Form7::showFirstSet() {
-    work_.state.currentSet = 0;
+void Form7::showSet(std::int16_t set) {
+    work_.state.currentSet = set;
     focusBound(1);
     fields_.bounds.shown = true;
     show();

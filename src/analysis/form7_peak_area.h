@@ -25,8 +25,8 @@ class Form7 : public QWidget {
     Form7(const PeakAreaWork& work, WindowPlacement& placement, std::function<void()> showResults,
           QWidget* parent);
 
-    // Shows the window with set 0.
-    void showFirstSet();
+    // Shows the window with a set; one after the last is a new set.
+    void showSet(std::int16_t set);
 
     // Closes the window for another spectrum or the end of the program. False when regions out of
     // order keep it open, as they do at close().

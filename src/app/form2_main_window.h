@@ -20,6 +20,7 @@
 #include "nuclide/form9_energy_list.h"
 #include "spectrum/form10_data_information.h"
 #include "spectrum/open_spectrum.h"
+#include "spectrum/series.h"
 #include "view/picture_box.h"
 #include "view/spectrum_view.h"
 
@@ -88,6 +89,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     bool drawsDots() const;
     void calibrateEnergy();
     void showPeakArea();
+    void showPeakAreaSet(std::int16_t set);
     void jumpToChannel();
     void jumpToEnergy();
 
@@ -104,8 +106,14 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void buildMarks();
     void openSpectrumFile();
     void openAnyFile();
+    void openNextFile();
+    void openPreviousFile();
+    void leaf(Direction direction);
     OpenTarget openTarget();
     void showOpened(OpenResult result);
+    // What shows it anew but for the plot, which `showPlot` draws, and a set of peak areas.
+    template <typename ShowPlot>
+    void showLoaded(ShowPlot showPlot, std::int16_t peakSet);
     void showCaption();
     PeakAreaWork peakAreaWork();
     void showPeakAreaResults();

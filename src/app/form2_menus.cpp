@@ -46,6 +46,10 @@ std::span<const Form2::Action> Form2::actions() {
         Action{"file", ""},
         Action{"file", "openAny", "Open &Any File...", "", "Ctrl+O",
                "Open a spectrum of any format, known by its content", &F::openAnyFile},
+        Action{"file", "nextFile", "&Next File", "", "Ctrl+D",
+               "Open the next spectrum of the folder in the same view", &F::openNextFile},
+        Action{"file", "previousFile", "P&revious File", "", "Ctrl+U",
+               "Open the previous spectrum of the folder in the same view", &F::openPreviousFile},
         Action{"", "pkarea", "&pkArea", "", "", "Measure peak areas", &F::showPeakArea},
         Action{"", "jump", "&Jump"},
         Action{"jump", "jump_ch", "&Ch", "F1, A", "", "Move the cursor to a channel",
@@ -177,21 +181,23 @@ PeakAreaWork Form2::peakAreaWork() {
             module_.peakArea, dialogs_};
 }
 
-// Without a live time there is nothing to measure, and no spectrum loaded as a rule.
 void Form2::showPeakArea() {
+    if (!form7_ || !form7_->isVisible())
+        return showPeakAreaSet(0);
+    form7_->raise();
+    form7_->activateWindow();
+}
+
+// Without a live time there is nothing to measure, and no spectrum loaded as a rule.
+void Form2::showPeakAreaSet(std::int16_t set) {
     if (module_.spectrum.liveTime.wholeSeconds() == 0)
         return;
-    if (form7_ && form7_->isVisible()) {
-        form7_->raise();
-        form7_->activateWindow();
-        return;
-    }
     form7_ = std::make_unique<Form7>(
         peakAreaWork(), module_.settings.windowPlacement[peakAreaPlacement],
         [this] { showPeakAreaResults(); }, this);
     connect(form7_.get(), &Form7::regionsChanged, this, [this] { view_.redraw(); });
     connect(form7_.get(), &Form7::setsChanged, this, &Form2::savePeakRegions);
-    form7_->showFirstSet();
+    form7_->showSet(set);
     activateWindow();
     focusPlot();
 }

@@ -27,6 +27,26 @@ void Form2::openSpectrumPath(const std::string& path) {
                            module_.lastFilterIndex, dialogs_));
 }
 
+void Form2::openNextFile() {
+    leaf(Direction::Next);
+}
+
+void Form2::openPreviousFile() {
+    leaf(Direction::Previous);
+}
+
+// The range shown, the cursor and the set of peak areas stay.
+void Form2::leaf(Direction direction) {
+    const std::int16_t channels = module_.spectrum.channelCount;
+    const std::int16_t set = module_.peakArea.currentSet;
+    const OpenResult result =
+        openNeighbour(direction, module_.seriesFile, openTarget(), module_.settings.lastDirectory,
+                      module_.lastFilterIndex, dialogs_);
+    if (result == OpenResult::Loaded)
+        showLoaded([&] { view_.showNextSpectrum(channels); }, set);
+    focusPlot();
+}
+
 OpenTarget Form2::openTarget() {
     return {module_.spectrum, module_.derived, module_.headerLines};
 }
@@ -34,16 +54,21 @@ OpenTarget Form2::openTarget() {
 void Form2::showOpened(OpenResult result) {
     if (result == OpenResult::Refused)
         return;
-    if (result == OpenResult::Loaded) {
-        showCaption();
-        if (form10_)
-            form10_->refresh();
-        buildMarks();
-        view_.showNewSpectrum();
-        if (form7_ && form7_->isVisible() && form7_->leave())
-            showPeakArea();
-    }
+    if (result == OpenResult::Loaded)
+        showLoaded([this] { view_.showNewSpectrum(); }, 0);
     focusPlot();
+}
+
+template <typename ShowPlot>
+void Form2::showLoaded(ShowPlot showPlot, std::int16_t peakSet) {
+    module_.seriesFile = module_.spectrum.filePath;
+    showCaption();
+    if (form10_)
+        form10_->refresh();
+    buildMarks();
+    showPlot();
+    if (form7_ && form7_->isVisible() && form7_->leave())
+        showPeakAreaSet(peakSet);
 }
 
 void Form2::showCaption() {

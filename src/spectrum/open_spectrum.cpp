@@ -139,7 +139,7 @@ bool readSpectrumByFormat(int filterIndex, const OpenTarget& target, Dialogs& di
     const ReadResult result = readWithFilter(filterIndex, spectrum, dialogs);
     if (result.end == Reading::Refused) {
         dialogs.message({.text = "File does not read.\nDifferent format ?!   Check file type !!",
-                         .details = result.reason});
+                         .details = result.reason + '\n' + spectrum.filePath});
         return false;
     }
     spectrum.details.clear();

@@ -41,6 +41,15 @@ void SpectrumView::showNewSpectrum() {
     drawView();
 }
 
+void SpectrumView::showNextSpectrum(std::int16_t channelsBefore) {
+    const std::int16_t channels = input_.spectrum.channelCount;
+    const bool whole = state_.viewStartCh == 0 && state_.viewEndCh == channelsBefore;
+    if (state_.viewEndCh > channels || (whole && channels != channelsBefore))
+        showNewSpectrum();
+    else
+        redraw();
+}
+
 void SpectrumView::layout() {
     followShownRange(state_);
     redraw();

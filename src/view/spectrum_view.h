@@ -61,6 +61,9 @@ class SpectrumView {
     void start();
     // The whole of a spectrum that has just been opened; the cursor keeps its channel.
     void showNewSpectrum();
+    // The next of a series, in the range that is shown; the whole of it where the whole of the one
+    // before, of so many channels, was shown, or where it has not that range.
+    void showNextSpectrum(std::int16_t channelsBefore);
     // The plot got another size.
     void layout();
     // The window became the active one.

@@ -203,7 +203,8 @@ TEST_F(OpenSpectrum, LeavesInTheRecordWhatWasReadOfARefusedFile) {
         EXPECT_EQ(spectrum.comment.trimmed(), "comment");
         EXPECT_EQ(spectrum.mcaNumber, c.mca);
         EXPECT_EQ(spectrum.liveTime.wholeSeconds(), c.seconds);
-        EXPECT_EQ(dialogs.messages.back().details, c.reason);
+        EXPECT_EQ(dialogs.messages.back().details,
+                  std::string(c.reason) + '\n' + folder.file("a.chn.asc.txt"));
     }
 }
 

@@ -9,6 +9,7 @@
 #include <QUrl>
 #include <QWheelEvent>
 
+#include "base/integers.h"
 #include "chn_bytes.h"
 #include "spectrum/energy_calibration.h"
 #include "ui/session_end.h"
@@ -106,6 +107,49 @@ TEST_F(MainWindow, OpensASampleByKeysAndShowsIt) {
     EXPECT_EQ(module->view.viewWidth, 4097);
     EXPECT_EQ(module->spectrum.liveTime.wholeSeconds(), 600);
     EXPECT_GT(dotsAt(2000, white, form2->picture()), 0);
+}
+
+TEST_F(MainWindow, LeafsThroughAFolderInTheSameViewAndWithTheSameRegions) {
+    const auto copy = [&](const char* from, const char* to) {
+        return folder.write(to, test::contentsOf(std::string(KESTREL_SAMPLES "/") + from));
+    };
+    open(copy("eu152-co60-cs137-4096.chn", "a1.chn"));
+    copy("environmental-8192.chn", "a2.chn");
+    copy("eu152-co60-cs137-4096.chn", "a10.chn");
+    folder.write("a3.chn", "damaged");
+    key(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(module->view.viewEndCh, 8192) << "the whole of each";
+
+    module->settings.peakSetCount = 2;
+    for (const int set : {0, 1}) {
+        PeakAreaSet& regions = module->settings.peakSets[set];
+        regions.bkg1Low = 100;
+        regions.bkg1High = 110;
+        regions.pkLow = narrow16(120 + set);
+        regions.pkHigh = 130;
+        regions.bkg2Low = 140;
+        regions.bkg2High = 150;
+    }
+    trigger("pkarea");
+    QTest::mouseClick(form2->findChild<Form7*>()->nextButton, Qt::LeftButton);
+    module->view.cursorCh = 1325;
+    key(Qt::Key_PageUp);
+    key(Qt::Key_L);
+    const ViewState view = module->view;
+    for (const char* end : {"/a2.chn", "/a10.chn", "/a10.chn"}) {
+        key(Qt::Key_D, Qt::ControlModifier);
+        EXPECT_NE(caption().find(end), std::string::npos) << caption();
+        EXPECT_EQ(module->view.viewStartCh, view.viewStartCh);
+        EXPECT_EQ(module->view.viewEndCh, view.viewEndCh);
+        EXPECT_EQ(module->view.cursorCh, view.cursorCh);
+        EXPECT_EQ(module->view.linLogMode, view.linLogMode);
+        EXPECT_EQ(module->peakArea.fields.bounds.texts[2], " 121");
+    }
+    EXPECT_EQ(dialogs.messages.size(), 2U) << "a damaged file, and the end";
+    key(Qt::Key_U, Qt::ControlModifier);
+    key(Qt::Key_U, Qt::ControlModifier);
+    EXPECT_EQ(dialogs.messages.size(), 3U);
+    EXPECT_NE(caption().find("/a2.chn"), std::string::npos) << caption();
 }
 
 // Whether the widget takes what is dragged over it; it is then dropped there.

@@ -275,7 +275,6 @@ TEST_F(AllFormats, SayThatAFileIsMissing) {
         ASSERT_EQ(dialogs.messages.size(), 2U);
         EXPECT_EQ(dialogs.messages[0].text, "File does not exist.");
         EXPECT_EQ(dialogs.messages[0].title, "Kestrel");
-        EXPECT_EQ(dialogs.messages[1].details, "");
     }
 }
 
@@ -297,11 +296,13 @@ TEST_F(AllFormats, SayOfALaboFileThatItsLayoutIsNotKnown) {
         ASSERT_EQ(dialogs.messages.size(), 3U);
         EXPECT_EQ(dialogs.messages[0].text,
                   "File does not read.\nDifferent format ?!   Check file type !!");
+        const std::string where = '\n' + folder.file("a.chn.asc.dat.txt");
         EXPECT_EQ(dialogs.messages[0].details,
-                  "This is a Labo file. How it holds its counts is not known.");
-        EXPECT_EQ(dialogs.messages[1].details, "There is no text \"Laboratory Equipment\" in it.");
+                  "This is a Labo file. How it holds its counts is not known." + where);
+        EXPECT_EQ(dialogs.messages[1].details,
+                  "There is no text \"Laboratory Equipment\" in it." + where);
         EXPECT_EQ(dialogs.messages[2].text, dialogs.messages[0].text);
-        EXPECT_EQ(dialogs.messages[2].details, "The file cannot be read.");
+        EXPECT_EQ(dialogs.messages[2].details, "The file cannot be read." + where);
     }
 }
 

@@ -78,7 +78,8 @@ class TextReaders : public test::ReaderTest {
         spectrum.filePath = folder.write("file.asc.txt", changed(form.file, from, to));
         EXPECT_FALSE(readSpectrumByFormat(static_cast<int>(form.id),
                                           {spectrum, *derived, headerLines}, dialogs));
-        return dialogs.messages.back().details;
+        const std::string& details = dialogs.messages.back().details;
+        return details.substr(0, details.find('\n'));
     }
     std::vector<std::int32_t> counts() {
         const auto all = spectrum.counts.span(0, spectrum.channelCount);
