@@ -75,6 +75,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     static std::span<const Action> actions();
     static QString toolTipOf(const Action& action);
     static QAction* makeMenu(QWidget& parent, const Action& action);
+    static void setKeysOf(QAction& item, const Action& action);
     QAction* makeItem(QWidget& parent, const Action& action);
     void buildMenus();
     QAction* actionNamed(const char* name) const;
@@ -106,6 +107,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void buildMarks();
     void openSpectrumFile();
     void openAnyFile();
+    void listRecentFiles();
     void openNextFile();
     void openPreviousFile();
     void leaf(Direction direction);

@@ -42,10 +42,11 @@ std::span<const Form2::Action> Form2::actions() {
         Action{"file", "f11(20)", "&Print", "", "", "Show the printed sheet, and print it",
                &F::showPrintPreview},
         Action{"file", "f11(30)"},
-        Action{"file", "f11(40)", "E&xit", "", "", "Save the settings and leave", &F::leave},
+        Action{"file", "f11(40)", "E&xit", "", "Ctrl+Q", "Save the settings and leave", &F::leave},
         Action{"file", ""},
         Action{"file", "openAny", "Open &Any File...", "", "Ctrl+O",
                "Open a spectrum of any format, known by its content", &F::openAnyFile},
+        Action{"file", "recent", "Open &Recent"},
         Action{"file", "nextFile", "&Next File", "", "Ctrl+D",
                "Open the next spectrum of the folder in the same view", &F::openNextFile},
         Action{"file", "previousFile", "P&revious File", "", "Ctrl+U",
@@ -93,9 +94,18 @@ QAction* Form2::makeMenu(QWidget& parent, const Action& action) {
     return menu->menuAction();
 }
 
+// Shows the first of the plot's keys in the menu; the plot itself takes it.
+void Form2::setKeysOf(QAction& item, const Action& action) {
+    const QString bound = QString::fromLatin1(action.shortcut);
+    const QString first = QString::fromLatin1(action.plotKeys).section(QLatin1Char(','), 0, 0);
+    if (bound.isEmpty())
+        item.setShortcutContext(Qt::WidgetShortcut);
+    item.setShortcut(QKeySequence(bound.isEmpty() ? first : bound));
+}
+
 QAction* Form2::makeItem(QWidget& parent, const Action& action) {
     auto* item = new QAction(QString::fromLatin1(action.caption), &parent);
-    item->setShortcut(QKeySequence(QString::fromLatin1(action.shortcut)));
+    setKeysOf(*item, action);
     item->setToolTip(toolTipOf(action));
     item->setCheckable(action.isOn != nullptr);
     if (auto* group = parent.findChild<QActionGroup*>({}, Qt::FindDirectChildrenOnly))
@@ -122,6 +132,7 @@ void Form2::buildMenus() {
         made->setObjectName(QString::fromLatin1(action.name));
         parent->addAction(made);
     }
+    connect(actionNamed("recent")->menu(), &QMenu::aboutToShow, this, &Form2::listRecentFiles);
     showMarks();
 }
 

@@ -3,14 +3,33 @@
 #include <QApplication>
 #include <QDropEvent>
 #include <QFile>
+#include <QMenu>
 #include <QMimeData>
 
 #include "app/form2_main_window.h"
+#include "app/recent_files.h"
 #include "spectrum/open_any.h"
 #include "ui/outside_paths.h"
 #include "ui/text_codec.h"
 
 namespace kestrel {
+namespace {
+
+constexpr int widestPath = 480;  // pixels in a menu
+
+// "&1 /folder/file", with the digit as its key and a long path shortened in the middle.
+QString recentCaption(qsizetype number, const QString& path, const QFontMetrics& font) {
+    QString shown = font.elidedText(path, Qt::ElideMiddle, widestPath);
+    shown.replace(QLatin1Char('&'), QStringLiteral("&&"));
+    QString digits = QString::number(number);
+    return digits.insert(digits.size() - 1, QLatin1Char('&')) + QLatin1Char(' ') + shown;
+}
+
+QString signsOfPath(const std::string& path) {
+    return asSigns(QFile::decodeName(path.c_str()));
+}
+
+}  // namespace
 
 void Form2::openSpectrumFile() {
     showOpened(kestrel::openSpectrumFile(openTarget(), module_.settings.lastDirectory,
@@ -25,6 +44,22 @@ void Form2::openAnyFile() {
 void Form2::openSpectrumPath(const std::string& path) {
     showOpened(openAnyPath(path, openTarget(), module_.settings.lastDirectory,
                            module_.lastFilterIndex, dialogs_));
+}
+
+// Made anew whenever the menu opens: files come and go. Those that are gone cannot be chosen.
+void Form2::listRecentFiles() {
+    QMenu& menu = *actionNamed("recent")->menu();
+    menu.clear();
+    for (const RecentFile& file : recentFiles(module_.preferences.recentFiles)) {
+        const QString path = signsOfPath(file.path);
+        QAction* item =
+            menu.addAction(recentCaption(menu.actions().size() + 1, path, menu.fontMetrics()), this,
+                           [this, file] { openSpectrumPath(file.path); });
+        item->setToolTip(path);
+        item->setEnabled(file.isThere);
+    }
+    if (menu.isEmpty())
+        menu.addAction(QStringLiteral("(none yet)"))->setEnabled(false);
 }
 
 void Form2::openNextFile() {
@@ -54,8 +89,10 @@ OpenTarget Form2::openTarget() {
 void Form2::showOpened(OpenResult result) {
     if (result == OpenResult::Refused)
         return;
-    if (result == OpenResult::Loaded)
+    if (result == OpenResult::Loaded) {
+        rememberFile(module_.preferences.recentFiles, module_.spectrum.filePath);
         showLoaded([this] { view_.showNewSpectrum(); }, 0);
+    }
     focusPlot();
 }
 
@@ -72,7 +109,7 @@ void Form2::showLoaded(ShowPlot showPlot, std::int16_t peakSet) {
 }
 
 void Form2::showCaption() {
-    QString path = asSigns(QFile::decodeName(module_.spectrum.filePath.c_str()));
+    QString path = signsOfPath(module_.spectrum.filePath);
     // In a window title Qt takes this for the mark of unsaved changes.
     path.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
     setWindowTitle(path + QStringLiteral(" ... ") + baseCaption());

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "app/recent_files.h"
 #include "fault_matcher.h"
 #include "temp_folder.h"
 
@@ -50,6 +52,20 @@ TEST_F(PreferencesFile, LeavesUnknownLinesAndThoseOfAnotherInstance) {
     writePreferences(preferences);
     EXPECT_EQ(folder_.read("kestrel.ini"),
               "; mine\n[later]\nnew = 1 \n\nfineTicks=on\n colours = light\nlargeTexts=on\n");
+}
+
+TEST_F(PreferencesFile, ListsTenRecentFilesAndWhichOfThemAreThere) {
+    std::vector<std::string> recent = {"relative", "/x"};
+    for (const char* name : {"1", "2", "3", "4", "5", "6", "7", "8", "9", "2"})
+        rememberFile(recent, folder_.write(name, ""));
+    std::filesystem::remove(folder_.file("8"));
+    std::string listed;
+    for (const RecentFile& file : recentFiles(recent))
+        listed += file.path.back() + std::string(file.isThere ? " " : "! ");
+    EXPECT_EQ(listed, "2 9 8! 7 6 5 4 3 1 ") << "no path below whatever folder is the current one";
+    rememberFile(recent, "/x");
+    rememberFile(recent, "/y");
+    EXPECT_EQ(recentFiles(recent).size(), 10U);
 }
 
 TEST_F(PreferencesFile, SenselessValuesChangeNothing) {

@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QDialog>
 #include <QDropEvent>
+#include <QMenu>
 #include <QMimeData>
 #include <QUrl>
 #include <QWheelEvent>
@@ -107,6 +108,22 @@ TEST_F(MainWindow, OpensASampleByKeysAndShowsIt) {
     EXPECT_EQ(module->view.viewWidth, 4097);
     EXPECT_EQ(module->spectrum.liveTime.wholeSeconds(), 600);
     EXPECT_GT(dotsAt(2000, white, form2->picture()), 0);
+}
+
+TEST_F(MainWindow, OpensRecentFilesAgainAndGreysThoseThatAreGone) {
+    openSample("empty-4096.chn");
+    const std::string gone = folder.write("a & b.chn", test::ChnBytes{}.bytes());
+    open(gone);
+    openSample();
+    std::filesystem::remove(gone);
+    auto* recent = form2->findChild<QAction*>("recent")->menu();
+    emit recent->aboutToShow();
+    ASSERT_EQ(recent->actions().size(), 3);
+    EXPECT_TRUE(recent->actions()[1]->text().endsWith("/a && b.chn"));
+    EXPECT_FALSE(recent->actions()[1]->isEnabled());
+    QTest::keyClick(recent, Qt::Key_3);
+    EXPECT_TRUE(caption().starts_with(KESTREL_SAMPLES "/empty-4096.chn ... ")) << caption();
+    EXPECT_EQ(module->preferences.recentFiles.front(), KESTREL_SAMPLES "/empty-4096.chn");
 }
 
 TEST_F(MainWindow, LeafsThroughAFolderInTheSameViewAndWithTheSameRegions) {
