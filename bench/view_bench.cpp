@@ -13,6 +13,7 @@
 #include <QPainter>
 #include <QPrinter>
 #include <QTemporaryDir>
+#include <QWheelEvent>
 #include <qcustomplot.h>
 
 #include "app/form2_main_window.h"
@@ -106,6 +107,41 @@ void cursorStep(benchmark::State& state) {
     }
 }
 BENCHMARK(cursorStep)->Arg(1024)->Arg(4096)->Arg(16384)->Unit(benchmark::kMicrosecond);
+
+// A notch of the wheel at the pointer, and of one with Shift.
+void wheelStep(benchmark::State& state, Qt::KeyboardModifiers held) {
+    const Program program(16384);
+    PictureBox& plot = *program.form2->plotArea;
+    int angle = 120;
+    for (auto _ : state) {
+        QWheelEvent event({500, 300}, plot.mapToGlobal(QPointF(500, 300)), {}, {0, angle},
+                          Qt::NoButton, held, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&plot, &event);
+        program.show();
+        angle = -angle;
+    }
+}
+BENCHMARK_CAPTURE(wheelStep, zoom, Qt::NoModifier)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(wheelStep, pan, Qt::ShiftModifier)->Unit(benchmark::kMicrosecond);
+
+// The band that follows the pointer while a range is drawn.
+void dragStep(benchmark::State& state) {
+    const Program program(16384);
+    PictureBox& plot = *program.form2->plotArea;
+    const auto send = [&plot](QEvent::Type type, double x) {
+        QMouseEvent event(type, {x, 300}, plot.mapToGlobal(QPointF(x, 300)), Qt::LeftButton,
+                          Qt::LeftButton, {});
+        QApplication::sendEvent(&plot, &event);
+    };
+    send(QEvent::MouseButtonPress, 200);
+    double x = 300;
+    for (auto _ : state) {
+        send(QEvent::MouseMove, x);
+        program.show();
+        x = x < 1100 ? x + 1 : 300;
+    }
+}
+BENCHMARK(dragStep)->Unit(benchmark::kMicrosecond);
 
 void openToPaintedPlot(benchmark::State& state) {
     const Program program(state.range(0));

@@ -8,6 +8,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QScreen>
+#include <QStatusBar>
 #include <QVBoxLayout>
 
 #include "base/runtime_fault.h"
@@ -15,6 +16,8 @@
 #include "ui/placement.h"
 #include "ui/text_codec.h"
 #include "version.h"
+#include "view/energy_strip.h"
+#include "view/status_text.h"
 
 namespace kestrel {
 namespace {
@@ -45,6 +48,8 @@ QString baseCaption() {
 
 Form2::Form2(Module1& module, Dialogs& dialogs)
     : plotArea(new PictureBox(this)),
+      energyStrip(
+          new PictureStrip(this, [this](Canvas& canvas) { drawEnergyStrip(plotInput(), canvas); })),
       expandButton(button(this, "Command1", "<>", "Expand", "PageUp")),
       countAxisButton(button(this, "Command2", "", "Logarithmic or linear", "L")),
       lowerScaleButton(button(this, "Command3", "Yexp", "Lower the full scale", "Up")),
@@ -53,11 +58,10 @@ Form2::Form2(Module1& module, Dialogs& dialogs)
       stepRightButton(button(this, "Command6", "->", "Cursor right", "Right")),
       shrinkButton(button(this, "Command7", "><", "Shrink", "PageDown")),
       statusLine(new QLineEdit(this)),
+      pointerStatus(new QLabel(this)),
       module_(module),
       dialogs_(dialogs),
-      view_({module.spectrum, module.derived, module.view, module.channelColour, module.palette,
-             &module.peakArea.fields.bounds},
-            module.view, plotArea->canvas(), dialogs, *this) {
+      view_(plotInput(), module.view, plotArea->canvas(), dialogs, *this) {
     setObjectName(QStringLiteral("Form2"));
     setAcceptDrops(true);
     plotArea->setObjectName(QStringLiteral("Picture1"));
@@ -66,6 +70,11 @@ Form2::Form2(Module1& module, Dialogs& dialogs)
     buildMenus();
     connectControls();
     showAtStart();
+}
+
+PlotInput Form2::plotInput() const {
+    return {module_.spectrum,      module_.derived, module_.view,
+            module_.channelColour, module_.palette, &module_.peakArea.fields.bounds};
 }
 
 void Form2::placeControls() {
@@ -88,7 +97,10 @@ void Form2::placeControls() {
     auto* central = new QWidget(this);
     auto* column = new QVBoxLayout(central);
     column->setContentsMargins(6, 6, 6, 6);
+    column->setSpacing(0);
     column->addWidget(plotArea, 1);
+    column->addWidget(energyStrip);
+    column->addSpacing(row->spacing());
     column->addLayout(row);
     setCentralWidget(central);
     // Smaller than this the texts of the plot would be cut or overlap. On a screen without that
@@ -97,7 +109,13 @@ void Form2::placeControls() {
     plotArea->setMinimumSize(QSize(700, 320).boundedTo(room));
     const int besideStatus = row->minimumSize().width() - statusLine->minimumWidth();
     statusLine->setMinimumWidth(std::min(statusLine->minimumWidth(), room.width() - besideStatus));
-    resize(QSize(1100, 740).boundedTo(screen()->availableSize()));
+    statusBar()->addWidget(pointerStatus, 1);
+    statusBar()->setSizeGripEnabled(false);
+    pointerStatus->setAccessibleName(tr("Under the pointer"));
+    energyStrip->setAccessibleName(tr("Energy axis"));
+    energyStrip->setVisible(module_.preferences.energyAxis);
+    resize(QSize(1100, 740 + energyStrip->height() + statusBar()->sizeHint().height())
+               .boundedTo(screen()->availableSize()));
 }
 
 void Form2::connectControls() {
@@ -115,7 +133,11 @@ void Form2::connectControls() {
             [this](int keyCode, int shift) { view_.keyDown(keyCode, shift); });
     connect(plotArea, &PictureBox::mouseDown, this, &Form2::plotPressed);
     connect(plotArea, &PictureBox::wheelTurned, this,
-            [this](int notches, double x) { view_.turnWheel(notches, x); });
+            [this](int notches, int shift, double x) { view_.turnWheel(notches, x, shift); });
+    connect(plotArea, &PictureBox::dragged, this,
+            [this](double from, double to) { view_.zoomTo(from, to); });
+    connect(plotArea, &PictureBox::pointerMoved, this, &Form2::showPointer);
+    connect(plotArea, &PictureBox::pointerLeft, pointerStatus, &QLabel::clear);
     connect(plotArea, &PictureBox::resized, this, &Form2::plotResized);
     connect(plotArea, &PictureBox::rescaled, this, [this] { view_.redraw(); });
 }
@@ -143,6 +165,10 @@ void Form2::plotPressed(int button, int, double x, double) {
         form7_->enterCursorChannel(module_.view.cursorCh);
     else
         view_.mouseDown(x);
+}
+
+void Form2::showPointer(double x) {
+    pointerStatus->setText(toWindow(pointerLine(module_.spectrum, x)));
 }
 
 void Form2::showDataInformation() {
@@ -256,6 +282,10 @@ void Form2::showStatus(std::string_view text) {
 
 void Form2::placeCursorMark(const CursorMark& mark) {
     plotArea->placeCursorMark(mark);
+}
+
+void Form2::pictureDrawn() {
+    energyStrip->update();
 }
 
 // The caption names the scale that a click switches to.

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include <QAction>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QPointer>
@@ -22,6 +23,7 @@
 #include "spectrum/open_spectrum.h"
 #include "spectrum/series.h"
 #include "view/picture_box.h"
+#include "view/picture_box_strip.h"
 #include "view/spectrum_view.h"
 
 namespace kestrel {
@@ -43,6 +45,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     const QImage& picture() { return plotArea->picture(); }
 
     PictureBox* const plotArea;
+    PictureStrip* const energyStrip;
     QPushButton* const expandButton;
     QPushButton* const countAxisButton;
     QPushButton* const lowerScaleButton;
@@ -51,6 +54,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     QPushButton* const stepRightButton;
     QPushButton* const shrinkButton;
     QLineEdit* const statusLine;
+    QLabel* const pointerStatus;  // what is under the pointer
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -84,6 +88,11 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
 
     void saveCounts();
     void leave();
+    void switchEnergyAxis();
+    bool showsEnergyAxis() const;
+    void showAllChannels();
+    void fitScale();
+    void zoomBack();
     void drawLine();
     void drawDots();
     bool drawsLine() const;
@@ -98,6 +107,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void connectControls();
     void showAtStart();
     void plotResized();
+    void showPointer(double x);
     void plotPressed(int button, int shift, double x, double y);
 
     void askNuclide();
@@ -128,6 +138,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
 
     void showStatus(std::string_view text) override;
     void placeCursorMark(const CursorMark& mark) override;
+    void pictureDrawn() override;
     void showCountAxis(CountAxis axis) override;
     void focusPlot() override;
     void run(PlotCommand command) override;
@@ -135,6 +146,8 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void showMainWindow() override;
     void showEnergyList() override;
     void showNuclideData() override;
+
+    PlotInput plotInput() const;
 
     Module1& module_;
     Dialogs& dialogs_;

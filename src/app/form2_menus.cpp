@@ -57,6 +57,13 @@ std::span<const Form2::Action> Form2::actions() {
                &F::jumpToChannel},
         Action{"jump", "jump_engy", "&Energy", "Z", "", "Move the cursor to an energy",
                &F::jumpToEnergy},
+        Action{"jump", ""},
+        Action{"jump", "showAll", "Show &All", "Home", "", "Show all channels",
+               &F::showAllChannels},
+        Action{"jump", "zoomBack", "Zoom &Back", "F4", "",
+               "Show the range before the last drag or turn of the wheel", &F::zoomBack},
+        Action{"jump", "fitScale", "&Fit Scale", "End", "",
+               "Fit the linear full scale to the highest peak shown", &F::fitScale},
         Action{"", "optn", "&Option"},
         Action{"optn", "o11(0)", "&Energy Calib", "I", "",
                "Calibrate channels to energies with two points", &F::calibrateEnergy},
@@ -69,6 +76,10 @@ std::span<const Form2::Action> Form2::actions() {
                &F::drawsDots},
         Action{"optn", "o11(3)", "Nucl&ROI(ON/OFF)", "B", "",
                "Show or hide the marks of a nuclide's lines", &F::switchNuclideMarks},
+        Action{"optn", ""},
+        Action{"optn", "energyAxis", "Energy A&xis", "", "",
+               "Show or hide the strip of energies below the plot", &F::switchEnergyAxis,
+               &F::showsEnergyAxis},
         Action{"", "win", "&Window"},
         Action{"win", "win_wngy", "Open &EnergyList", "F5, E", "",
                "List the lines near the energy at the cursor", &F::showEnergyList},
@@ -169,6 +180,28 @@ void Form2::calibrateEnergy() {
     if (form5.exec() == QDialog::Accepted)
         view_.redraw();
     focusPlot();
+}
+
+void Form2::switchEnergyAxis() {
+    bool& shown = module_.preferences.energyAxis;
+    shown = !shown;
+    energyStrip->setVisible(shown);
+}
+
+bool Form2::showsEnergyAxis() const {
+    return module_.preferences.energyAxis;
+}
+
+void Form2::showAllChannels() {
+    view_.showAll();
+}
+
+void Form2::fitScale() {
+    view_.fitScale();
+}
+
+void Form2::zoomBack() {
+    view_.zoomBack();
 }
 
 void Form2::drawLine() {

@@ -20,6 +20,7 @@ inline constexpr Palette standardPalette = {
 namespace palette_number {
 inline constexpr int black = 0;
 inline constexpr int green = 2;
+inline constexpr int grey = 8;
 inline constexpr int lightGreen = 10;
 inline constexpr int lightRed = 12;
 inline constexpr int white = 15;

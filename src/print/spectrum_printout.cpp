@@ -12,11 +12,11 @@
 #include "base/palette.h"
 #include "base/runtime_fault.h"
 #include "base/text.h"
-#include "print/energy_axis.h"
 #include "spectrum/data_information.h"
 #include "spectrum/start_date.h"
 #include "view/axes.h"
 #include "view/curve.h"
+#include "view/energy_axis.h"
 #include "view/plot.h"
 
 namespace kestrel {

@@ -22,6 +22,10 @@ int codeOf(int key) {
             return virtual_key::pageUp;
         case Qt::Key_PageDown:
             return virtual_key::pageDown;
+        case Qt::Key_End:
+            return virtual_key::end;
+        case Qt::Key_Home:
+            return virtual_key::home;
         case Qt::Key_Left:
             return virtual_key::left;
         case Qt::Key_Up:

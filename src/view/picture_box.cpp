@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QStyleHints>
 #include <QWindow>
 
 #include "base/palette.h"
@@ -17,10 +19,23 @@
 namespace kestrel {
 namespace {
 
-constexpr double plotFontPoints = 10;
 constexpr int notch = QWheelEvent::DefaultDeltasPerStep;
 
+// Lies over the picture where a drag will zoom to.
+constexpr int bandStrength = 130;  // of 255
+
 }  // namespace
+
+QSize dotsOf(const QWidget& widget) {
+    const double ratio = widget.devicePixelRatioF();
+    return QSize(static_cast<int>(std::ceil(widget.width() * ratio)),
+                 static_cast<int>(std::ceil(widget.height() * ratio)))
+        .expandedTo(QSize(1, 1));
+}
+
+int lineDotsAt(double ratio) {
+    return std::max(1, static_cast<int>(ratio));
+}
 
 PictureBox::PictureCanvas::PictureCanvas(QWidget& owner)
     : PainterCanvas(fixedPitchFont(plotFontPoints)), owner_(owner) {}
@@ -32,6 +47,7 @@ void PictureBox::PictureCanvas::clear(Colour background) {
 
 PictureBox::PictureBox(QWidget* parent) : QWidget(parent), canvas_(*this) {
     setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAccessibleName(tr("Spectrum plot"));
 }
@@ -41,19 +57,12 @@ const QImage& PictureBox::picture() {
     return picture_;
 }
 
-QSize PictureBox::dots() const {
-    const double ratio = devicePixelRatioF();
-    return QSize(static_cast<int>(std::ceil(width() * ratio)),
-                 static_cast<int>(std::ceil(height() * ratio)))
-        .expandedTo(QSize(1, 1));
-}
-
 void PictureBox::makePicture() {
     const double ratio = devicePixelRatioF();
-    canvas_.attach(nullptr, dots(), ratio);  // the old picture goes
-    picture_ = QImage(dots(), QImage::Format_RGB32);
+    canvas_.attach(nullptr, dotsOf(*this), ratio);  // the old picture goes
+    picture_ = QImage(dotsOf(*this), QImage::Format_RGB32);
     picture_.fill(Qt::black);
-    canvas_.attach(&picture_, picture_.size(), ratio);
+    canvas_.attach(&picture_, picture_.size(), ratio, lineDotsAt(ratio));
 }
 
 void PictureBox::placeCursorMark(const CursorMark& mark) {
@@ -80,6 +89,9 @@ void PictureBox::paintEvent(QPaintEvent* event) {
     // Dot by dot, whatever fraction the pixel ratio is.
     painter.scale(1.0 / ratio, 1.0 / ratio);
     painter.drawImage(QPointF(0, 0), picture_);
+    QColor bandColour = toQColor(standardPalette[palette_number::grey]);
+    bandColour.setAlpha(bandStrength);
+    painter.fillRect(band(), bandColour);
     if (mark_.shown) {
         const QPoint top = canvas_.toDevice(mark_.x, CursorMark::top);
         const QPoint bottom = canvas_.toDevice(mark_.x, CursorMark::bottom);
@@ -101,13 +113,14 @@ void PictureBox::showEvent(QShowEvent*) {
 
 // On a screen of another pixel ratio the picture is made anew, so that it stays sharp.
 void PictureBox::followScreen() {
-    if (dots() == picture_.size())
+    if (dotsOf(*this) == picture_.size())
         return;
     makePicture();
     emit rescaled();
 }
 
 void PictureBox::keyPressEvent(QKeyEvent* event) {
+    endDrag();
     if (event->matches(QKeySequence::Copy)) {
         QGuiApplication::clipboard()->setPixmap(grab());
         return;
@@ -119,11 +132,55 @@ void PictureBox::keyPressEvent(QKeyEvent* event) {
         emit keyDown(key.code, key.shift);
 }
 
+double PictureBox::userX(const QPointF& position) const {
+    return canvas_.userX(position.x() * devicePixelRatioF());
+}
+
+QRect PictureBox::band() const {
+    if (!drag_ || !drag_->begun)
+        return {};
+    const QPoint from = canvas_.toDevice(drag_->from, CursorMark::top);
+    const QPoint to = canvas_.toDevice(drag_->to, 0);
+    return QRect(from, to).normalized();
+}
+
+void PictureBox::endDrag() {
+    if (drag_ && drag_->begun)
+        update();
+    drag_.reset();
+}
+
 void PictureBox::mousePressEvent(QMouseEvent* event) {
-    const double ratio = devicePixelRatioF();
-    emit mouseDown(buttonNumber(event->button()), shiftState(event->modifiers()),
-                   canvas_.userX(event->position().x() * ratio),
-                   canvas_.userY(event->position().y() * ratio));
+    endDrag();
+    const double x = userX(event->position());
+    if (event->button() == Qt::LeftButton)
+        drag_ = {.from = x, .to = x, .startX = qRound(event->position().x())};
+    emit mouseDown(buttonNumber(event->button()), shiftState(event->modifiers()), x,
+                   canvas_.userY(event->position().y() * devicePixelRatioF()));
+}
+
+void PictureBox::mouseMoveEvent(QMouseEvent* event) {
+    const double x = userX(event->position());
+    if (drag_ && event->buttons().testFlag(Qt::LeftButton)) {
+        const int way = std::abs(qRound(event->position().x()) - drag_->startX);
+        drag_->begun = drag_->begun || way >= QGuiApplication::styleHints()->startDragDistance();
+        drag_->to = x;
+        update();
+    }
+    emit pointerMoved(x);
+}
+
+void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
+    if (!drag_ || event->button() != Qt::LeftButton)
+        return;
+    const Drag drag = *drag_;
+    endDrag();
+    if (drag.begun)
+        emit dragged(drag.from, userX(event->position()));
+}
+
+void PictureBox::leaveEvent(QEvent*) {
+    emit pointerLeft();
 }
 
 // A touchpad sends a notch in many small parts. What is left of one counts only in its direction.
@@ -135,7 +192,7 @@ void PictureBox::wheelEvent(QWheelEvent* event) {
     const int notches = wheelAngle_ / notch;
     wheelAngle_ %= notch;
     if (notches != 0)
-        emit wheelTurned(notches, canvas_.userX(event->position().x() * devicePixelRatioF()));
+        emit wheelTurned(notches, shiftState(event->modifiers()), userX(event->position()));
 }
 
 }  // namespace kestrel

@@ -2,6 +2,8 @@
 // puts what it shows on the clipboard.
 #pragma once
 
+#include <optional>
+
 #include <QImage>
 #include <QWidget>
 
@@ -9,6 +11,13 @@
 #include "view/spectrum_view.h"
 
 namespace kestrel {
+
+inline constexpr double plotFontPoints = 10;
+
+// The size of a widget, at least one, in the dots of its screen.
+QSize dotsOf(const QWidget& widget);
+// How wide lines are drawn on a screen with so many dots in a pixel.
+int lineDotsAt(double ratio);
 
 class PictureBox : public QWidget {
     Q_OBJECT
@@ -31,7 +40,12 @@ class PictureBox : public QWidget {
     // x and y in the user scale.
     void mouseDown(int button, int shift, double x, double y);
     // Whole notches of the wheel, above 0 away from the user; x in the user scale.
-    void wheelTurned(int notches, double x);
+    void wheelTurned(int notches, int shift, double x);
+    // The left button was pressed at one place in the user scale and let go at another.
+    void dragged(double from, double to);
+    // In the user scale.
+    void pointerMoved(double x);
+    void pointerLeft();
     // The picture has another size and is empty: it must be drawn again.
     void resized();
     // Only its dots are others: it must be drawn again as it was.
@@ -43,7 +57,10 @@ class PictureBox : public QWidget {
     void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void leaveEvent(QEvent* event) override;
 
   private:
     // A canvas whose every new drawing asks the widget to show it.
@@ -58,13 +75,24 @@ class PictureBox : public QWidget {
 
     void makePicture();
     void followScreen();
-    QSize dots() const;
     QRect strip(const CursorMark& mark) const;
+    // What the left button has been drawn over, in dots; empty for a mere click.
+    QRect band() const;
+    double userX(const QPointF& position) const;
+    void endDrag();
 
     QImage picture_;
     PictureCanvas canvas_;
     CursorMark mark_;
     bool seen_ = false;
+    // Between press and release of the left button, in the user scale.
+    struct Drag {
+        double from = 0;
+        double to = 0;
+        int startX = 0;  // in the widget
+        bool begun = false;
+    };
+    std::optional<Drag> drag_;
     int wheelAngle_ = 0;  // turned since the last whole notch, in eighths of a degree
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 
 #include "base/integers.h"
 #include "base/pointer_scope.h"
@@ -20,6 +21,7 @@ constexpr int anyShift = -1;
 // leave what it stands at, with the rounding to whole channels of the narrowest view.
 constexpr double tremble = 0.01;
 constexpr double snapping = 0.15;
+constexpr std::size_t mostRangesBefore = 50;
 
 }  // namespace
 
@@ -35,9 +37,8 @@ void SpectrumView::start() {
 }
 
 void SpectrumView::showNewSpectrum() {
-    state_.viewStartCh = 0;
-    state_.viewEndCh = input_.spectrum.channelCount;
-    followShownRange(state_);
+    rangesBefore_.clear();
+    showAllChannels(state_, input_.spectrum.channelCount);
     drawView();
 }
 
@@ -66,6 +67,7 @@ void SpectrumView::redraw() {
         drawSpectrum(input_, canvas_);
     }
     drawCursor();
+    window_.pictureDrawn();
 }
 
 void SpectrumView::recentre() {
@@ -170,6 +172,9 @@ std::span<const SpectrumView::KeyBinding> SpectrumView::keyBindings() {
         KeyBinding{'E', anyShift, command<PlotCommand::OpenEnergyList>},
         KeyBinding{'I', anyShift, command<PlotCommand::CalibrateEnergy>},
         KeyBinding{'B', anyShift, command<PlotCommand::SwitchNuclideMarks>},
+        KeyBinding{virtual_key::home, 0, [](View& v, int) { v.showAll(); }},
+        KeyBinding{virtual_key::end, 0, [](View& v, int) { v.fitScale(); }},
+        KeyBinding{virtual_key::f4, 0, [](View& v, int) { v.zoomBack(); }},
         KeyBinding{'N', anyShift, command<PlotCommand::AskNuclide>},
     };
     return bindings;
@@ -252,24 +257,94 @@ void SpectrumView::mouseDown(double x) {
     drawCursor();
 }
 
-void SpectrumView::turnWheel(int notches, double x) {
+void SpectrumView::turnWheel(int notches, double x, int shift) {
+    if (shift == shiftHeld)
+        pan(notches);
+    else if (shift == ctrlHeld)
+        changeScale(notches);
+    else
+        zoomAtPointer(notches, x);
+}
+
+void SpectrumView::zoomAtPointer(int notches, double x) {
     const double place = std::clamp(placeInView(state_, x), 0.0, 1.0);
     const bool rests =
         std::fabs(place - wheelTarget_.place) < tremble &&
         std::fabs(placeInView(state_, wheelTarget_.x) - wheelTarget_.place) < snapping;
     if (!rests)
         wheelTarget_ = {state_.viewStartCh + place * state_.viewWidth, place};
-    const std::int16_t widthBefore = state_.viewWidth;
+    const Range before = range();
     const std::int16_t channelCount = input_.spectrum.channelCount;
     for (int i = 0; i < notches && halveWidth(state_); ++i) {
     }
     for (int i = 0; i > notches && doubleWidth(state_, channelCount); --i) {
     }
-    if (state_.viewWidth == widthBefore)
+    if (state_.viewWidth == before.width)
         return;
     showAt(state_, wheelTarget_.x, wheelTarget_.place, channelCount);
+    if (!rests)
+        keepForBack(before);
     drawView();
     window_.focusPlot();
+}
+
+void SpectrumView::pan(int notches) {
+    if (!panView(state_, -notches, input_.spectrum.channelCount))
+        return;
+    drawView();
+    window_.focusPlot();
+}
+
+void SpectrumView::changeScale(int notches) {
+    if (state_.linLogMode != CountAxis::Linear)
+        return;
+    bool changed = false;
+    for (int i = 0; i < notches && lowerFullScale(state_); ++i)
+        changed = true;
+    for (int i = 0; i > notches && raiseFullScale(state_); --i)
+        changed = true;
+    if (changed)
+        redraw();
+}
+
+void SpectrumView::zoomTo(double from, double to) {
+    keepForBack(range());
+    showRange(state_, from, to, input_.spectrum.channelCount);
+    drawView();
+}
+
+void SpectrumView::showAll() {
+    keepForBack(range());
+    showAllChannels(state_, input_.spectrum.channelCount);
+    drawView();
+}
+
+void SpectrumView::zoomBack() {
+    if (rangesBefore_.empty())
+        return;
+    const Range before = rangesBefore_.back();
+    rangesBefore_.pop_back();
+    state_.viewStartCh = before.start;
+    state_.viewEndCh = before.end;
+    state_.viewWidth = before.width;
+    drawView();
+}
+
+void SpectrumView::keepForBack(const Range& range) {
+    if (rangesBefore_.size() == mostRangesBefore)
+        rangesBefore_.erase(rangesBefore_.begin());
+    rangesBefore_.push_back(range);
+}
+
+void SpectrumView::fitScale() {
+    if (state_.linLogMode != CountAxis::Linear)
+        return;
+    std::int32_t highest = 0;
+    const int last = std::min<int>(state_.viewEndCh, input_.spectrum.channelCount - 1);
+    for (int channel = state_.viewStartCh; channel <= last; ++channel)
+        highest = std::max(highest, input_.spectrum.countsAt(channel));
+    if (fitFullScale(state_, highest))
+        redraw();
 }
 
 void SpectrumView::drawCursor() {

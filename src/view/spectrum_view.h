@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "base/canvas.h"
 #include "base/dialogs.h"
@@ -44,6 +45,8 @@ class ViewWindow {
     virtual ~ViewWindow() = default;
     virtual void showStatus(std::string_view text) = 0;
     virtual void placeCursorMark(const CursorMark& mark) = 0;
+    // What is drawn beside the picture, in its scale, must be drawn again.
+    virtual void pictureDrawn() = 0;
     // The caption of the Log/Lin button, and whether the full-scale buttons are there.
     virtual void showCountAxis(CountAxis axis) = 0;
     virtual void focusPlot() = 0;
@@ -83,6 +86,11 @@ class SpectrumView {
     void stepLeft();
     void stepRight();
     void setPlotMode(PlotMode mode);
+    void showAll();
+    // On the linear axis: the lowest full scale that the counts shown fit in.
+    void fitScale();
+    // The range before the last drag, turn of the wheel or showing of all; nothing without one.
+    void zoomBack();
     // The cursor on a channel, or on the nearest that it may stand on, in the middle of the view.
     void jumpTo(int channel);
 
@@ -94,7 +102,11 @@ class SpectrumView {
     // expands or shrinks once for each. What is under the pointer stays there as nearly as showAt
     // lets it; the cursor keeps its channel, also where that is no longer shown.
     // Faults: those of doubleWidth and showAt.
-    void turnWheel(int notches, double x);
+    // With Shift the range moves, towards higher channels below 0; with Ctrl the full scale of the
+    // linear axis changes, lower above 0.
+    void turnWheel(int notches, double x, int shift = 0);
+    // A range drawn with the mouse, from a place in the user scale to another.
+    void zoomTo(double from, double to);
 
   private:
     struct KeyBinding;
@@ -116,6 +128,18 @@ class SpectrumView {
     void drawView();
     void drawCursor();
 
+    void zoomAtPointer(int notches, double x);
+    void pan(int notches);
+    void changeScale(int notches);
+
+    struct Range {
+        std::int16_t start;
+        std::int16_t end;
+        std::int16_t width;
+    };
+    Range range() const { return {state_.viewStartCh, state_.viewEndCh, state_.viewWidth}; }
+    void keepForBack(const Range& range);
+
     PlotInput input_;
     ViewState& state_;
     Canvas& canvas_;
@@ -129,6 +153,7 @@ class SpectrumView {
         double place = 0;
     };
     Target wheelTarget_;
+    std::vector<Range> rangesBefore_;  // the last one is what zoomBack shows
 };
 
 }  // namespace kestrel

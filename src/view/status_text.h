@@ -16,6 +16,10 @@ char peakMark(double significance);
 std::string statusLine(const Spectrum& spectrum, const DerivedArrays& derived,
                        std::int16_t channel);
 
+// What is under the pointer at x in the user scale, whose channel is the one that a press would
+// move the cursor to: "Channel 1323   661.6 keV   12345 counts". Empty outside the spectrum.
+std::string pointerLine(const Spectrum& spectrum, double x);
+
 std::string liveTimeHeader(const Spectrum& spectrum);
 
 }  // namespace kestrel

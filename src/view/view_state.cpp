@@ -1,5 +1,7 @@
 #include "view/view_state.h"
 
+#include <algorithm>
+
 #include "base/integers.h"
 
 namespace kestrel {
@@ -78,6 +80,49 @@ bool raiseFullScale(ViewState& view) {
 
 void followShownRange(ViewState& view) {
     view.viewWidth = narrow16(view.viewEndCh - view.viewStartCh + 1);
+}
+
+void showAllChannels(ViewState& view, std::int16_t channelCount) {
+    view.viewStartCh = 0;
+    view.viewEndCh = channelCount;
+    followShownRange(view);
+}
+
+void showRange(ViewState& view, double from, double to, std::int16_t channelCount) {
+    const int last = std::max(channelCount - 1, 1);
+    const int width = std::min(narrowestRange, last);
+    const auto [low, high] =
+        std::minmax(std::clamp<double>(from, 0, last), std::clamp<double>(to, 0, last));
+    int first = int{toInt16(low)};
+    int end = int{toInt16(high)};
+    if (end - first < width) {
+        first = std::clamp((first + end - width) / 2, 0, last - width);
+        end = first + width;
+    }
+    view.viewStartCh = narrow16(first);
+    view.viewEndCh = narrow16(end);
+    view.viewWidth = narrow16(end - first);
+}
+
+bool panView(ViewState& view, int eighths, std::int16_t channelCount) {
+    const int length = view.viewEndCh - view.viewStartCh;
+    const int farthest = std::max(channelCount - 1 - length, 0);
+    const std::int64_t step = std::max(length / 8, 1);
+    const std::int64_t start = view.viewStartCh + step * eighths;
+    const auto before = view.viewStartCh;
+    view.viewStartCh = narrow16(std::clamp<std::int64_t>(start, 0, farthest));
+    view.viewEndCh = narrow16(view.viewStartCh + length);
+    return view.viewStartCh != before;
+}
+
+bool fitFullScale(ViewState& view, std::int32_t counts) {
+    std::int16_t exponent = lowestFullScale;
+    while (exponent < highestFullScale && (1 << exponent) < counts)
+        ++exponent;
+    if (view.yScaleExp == exponent)
+        return false;
+    setFullScale(view, exponent);
+    return true;
 }
 
 bool isShown(const ViewState& view, std::int16_t channel) {

@@ -53,6 +53,22 @@ bool raiseFullScale(ViewState& view);
 // users of the old program know this drift, and it is kept.
 void followShownRange(ViewState& view);
 
+// A view of all channels, as a new spectrum is shown.
+void showAllChannels(ViewState& view, std::int16_t channelCount);
+
+// The narrowest range that showRange makes, where the spectrum has as many channels.
+inline constexpr int narrowestRange = 64;
+// The channels from one place to another, in either order, widened around their middle where they
+// are too few and kept inside the spectrum.
+void showRange(ViewState& view, double from, double to, std::int16_t channelCount);
+
+// Moves the range by eighths of its width, above 0 to the right, as far as there are channels.
+// False where it stays.
+bool panView(ViewState& view, int eighths, std::int16_t channelCount);
+
+// The lowest full scale that `counts` do not exceed, within its limits. False where it is that.
+bool fitFullScale(ViewState& view, std::int32_t counts);
+
 bool isShown(const ViewState& view, std::int16_t channel);
 
 }  // namespace kestrel

@@ -17,6 +17,7 @@ class FakeWindow : public ViewWindow {
   public:
     void showStatus(std::string_view text) override { status = text; }
     void placeCursorMark(const CursorMark& m) override { mark = m; }
+    void pictureDrawn() override { ++drawings; }
     void showCountAxis(CountAxis a) override { axis = a; }
     void focusPlot() override { ++focused; }
     void run(PlotCommand c) override { command = c; }
@@ -25,6 +26,7 @@ class FakeWindow : public ViewWindow {
     CursorMark mark;
     std::optional<CountAxis> axis;
     int focused = 0;
+    int drawings = 0;
     std::optional<PlotCommand> command;
 };
 
@@ -278,5 +280,42 @@ TEST_F(View, ExpandsAtTheNearerEndWhereThePointerIsBesideThePlot) {
     EXPECT_EQ(state.viewWidth, 256);
 }
 
+TEST_F(View, GoesBackThroughDragsTurnsOfTheWheelAndTheShowingOfAll) {
+    const auto place = after(1500, [&] { view.zoomTo(1600, 1200); });
+    EXPECT_EQ(place, (Place{1500, 1200, 1600}));
+    view.turnWheel(1, 1400);
+    view.turnWheel(1, 1400);
+    view.turnWheel(-1, 1400, shiftHeld);
+    view.keyDown(virtual_key::home, 0);
+    EXPECT_EQ(state.viewEndCh, 4096);
+    const int drawings = window.drawings;
+    for (int i = 0; i < 9; ++i)
+        view.keyDown(virtual_key::f4, 0);
+    EXPECT_EQ(window.drawings, drawings + 3);
+    EXPECT_EQ(state.viewStartCh, 1024);
+    EXPECT_EQ(state.viewEndCh, 2048);
+    view.zoomTo(0, 100);
+    view.showNewSpectrum();
+    view.zoomBack();
+    EXPECT_EQ(state.viewEndCh, 4096) << "a range of another spectrum";
+}
+
+TEST_F(View, FitsTheLinearScaleToTheHighestPeakShown) {
+    const auto key = [&](int code) { after(1500, [&] { view.keyDown(code, 0); }); };
+    module->spectrum.counts[1100] = 5000;
+    module->spectrum.counts[3000] = 100000;
+    key(virtual_key::end);
+    EXPECT_EQ(state.yScaleExp, 10) << "the logarithmic axis has no full scale";
+    view.toggleCountAxis();
+    key(virtual_key::end);
+    EXPECT_EQ(state.yScaleExp, 13);
+    view.turnWheel(2, 1500, ctrlHeld);
+    EXPECT_EQ(state.yScaleExp, 11);
+    view.turnWheel(-99, 1500, ctrlHeld);
+    EXPECT_EQ(state.yScaleExp, 21);
+    module->spectrum.counts[1100] = 8192;
+    key(virtual_key::end);
+    EXPECT_EQ(state.yScaleExp, 13) << "2^13 just fits";
+}
 }  // namespace
 }  // namespace kestrel

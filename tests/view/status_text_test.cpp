@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <memory>
 
 #include "fault_matcher.h"
@@ -60,5 +61,15 @@ TEST_F(StatusText, TellsTheLiveTimeToHundredths) {
     EXPECT_EQ(liveTimeHeader(*spectrum), "Live: 600.02sec");
 }
 
+TEST_F(StatusText, TellsWhatIsUnderThePointer) {
+    spectrum->channelCount = 2000;
+    spectrum->calCurrent = {0, 0.5, 0};
+    spectrum->counts[1323] = 12345;
+    EXPECT_EQ(pointerLine(*spectrum, 1322.7), "Channel 1323   661.5 keV   12345 counts");
+    for (const double outside : {-0.6, 1999.6, 1e300, std::nan("")})
+        EXPECT_EQ(pointerLine(*spectrum, outside), "") << outside;
+    spectrum->calCurrent.a = 1e300;
+    EXPECT_EQ(pointerLine(*spectrum, 1323), "Channel 1323   12345 counts");
+}
 }  // namespace
 }  // namespace kestrel

@@ -98,5 +98,40 @@ TEST(ViewState, RaisesFaultsForASpectrumOfNoWidthButNotForALongOne) {
     EXPECT_EQ(view.viewEndCh, 17000);
 }
 
+TEST(ViewState, ShowsAnyRangeThatIsDrawnButNoneTooNarrow) {
+    struct Case {
+        double from, to;
+        std::int16_t channels, start, end;
+    };
+    const Case cases[] = {
+        {100.4, 300.6, 4096, 100, 301},
+        {300, 100, 4096, 100, 300},
+        {-50, 9000, 4096, 0, 4095},
+        {500, 510, 4096, 473, 537},
+        {4090, 4095, 4096, 4031, 4095},
+        {1, 0, 4096, 0, 64},
+        {5, 9, 20, 0, 19},
+        {0, 0, 0, 0, 1},
+    };
+    for (const Case& c : cases) {
+        ViewState view;
+        showRange(view, c.from, c.to, c.channels);
+        EXPECT_EQ(view.viewStartCh, c.start) << c.from << " to " << c.to;
+        EXPECT_EQ(view.viewEndCh, c.end) << c.from << " to " << c.to;
+        EXPECT_EQ(view.viewWidth, c.end - c.start);
+    }
+}
+
+TEST(ViewState, PansByEighthsAsFarAsThereAreChannels) {
+    ViewState view{.viewStartCh = 1024, .viewEndCh = 2048, .viewWidth = 1024};
+    EXPECT_TRUE(panView(view, 2, 4096));
+    EXPECT_EQ(view.viewStartCh, 1280);
+    EXPECT_TRUE(panView(view, 100000, 4096));
+    EXPECT_EQ(view.viewEndCh, 4095);
+    EXPECT_FALSE(panView(view, 1, 4096));
+    EXPECT_TRUE(panView(view, -99, 4096));
+    EXPECT_EQ(view.viewEndCh - view.viewStartCh, 1024);
+    EXPECT_EQ(view.viewStartCh, 0);
+}
 }  // namespace
 }  // namespace kestrel

@@ -567,5 +567,46 @@ TEST_F(MainWindow, IgnoresAPlacementThatIsNotWiderThan1000Twips) {
     EXPECT_NE(form2->frameGeometry(), form2->geometry());
 }
 
+TEST_F(MainWindow, ZoomsToWhatTheLeftButtonIsDrawnOver) {
+    openSample();
+    form2->grab();
+    PictureBox& plot = *form2->plotArea;
+    const auto at = [&plot](int channel) {
+        return QPoint(static_cast<const PainterCanvas&>(plot.canvas()).toDevice(channel, 0).x(),
+                      plot.height() / 2);
+    };
+    const auto drag = [&](QPoint from, QPoint to) {
+        QTest::mousePress(&plot, Qt::LeftButton, {}, from);
+        QMouseEvent move(QEvent::MouseMove, to, plot.mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                         {});
+        QApplication::sendEvent(&plot, &move);
+        const QImage seen = plot.grab().toImage();
+        QTest::mouseRelease(&plot, Qt::LeftButton, {}, to);
+        return seen;
+    };
+    const QPoint between = at(1500);
+    const QRgb under = plot.grab().toImage().pixel(between);
+    EXPECT_NE(drag(at(1000), at(2000)).pixel(between), under) << "the band";
+    EXPECT_NEAR(module->view.cursorCh, 1000, 4);
+    EXPECT_NEAR(module->view.viewStartCh, 1000, 4);
+    EXPECT_NEAR(module->view.viewEndCh, 2000, 4);
+    EXPECT_TRUE(form2->pointerStatus->text().startsWith(QStringLiteral("Channel 2")));
+    key(Qt::Key_F4);
+    EXPECT_EQ(module->view.viewEndCh, 4096);
+    drag(at(1000), at(1000) + QPoint(3, 0));
+    EXPECT_EQ(module->view.viewEndCh, 4096) << "a click is no range";
+}
+
+TEST_F(MainWindow, KeepsWhetherTheEnergiesAreShown) {
+    EXPECT_TRUE(form2->energyStrip->isVisible());
+    const int height = form2->plotArea->height();
+    trigger("energyAxis");
+    QApplication::processEvents();
+    EXPECT_FALSE(form2->energyStrip->isVisible());
+    EXPECT_GT(form2->plotArea->height(), height);
+    form2->endSession();
+    startModule1(*module, folder.path());
+    EXPECT_FALSE(module->preferences.energyAxis);
+}
 }  // namespace
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-#include "print/energy_axis.h"
+#include "view/energy_axis.h"
 
 #include <gtest/gtest.h>
 

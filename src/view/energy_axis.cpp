@@ -1,4 +1,4 @@
-#include "print/energy_axis.h"
+#include "view/energy_axis.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,15 +21,21 @@ double energyAt(const Calibration& calibration, int channel) {
 }
 
 // A step of digit * 10^exponent keV.
-struct Step {
-    double digit;
-    double exponent;
+class Step {
+  public:
+    Step(double digit, double exponent)
+        : digit_(digit),
+          size_(digit * std::pow(10.0, exponent)),
+          divisor_(exponent < 0 ? std::pow(10.0, -exponent) : 0.0) {}
 
-    double size() const { return digit * std::pow(10.0, exponent); }
+    double size() const { return size_; }
     // The decimal value nearest to n steps.
-    double times(double n) const {
-        return exponent < 0 ? n * digit / std::pow(10.0, -exponent) : n * size();
-    }
+    double times(double n) const { return divisor_ != 0.0 ? n * digit_ / divisor_ : n * size_; }
+
+  private:
+    double digit_;
+    double size_;
+    double divisor_;  // the power of ten below 1; 0 for one from 1 on
 };
 
 Step stepFor(double range) {
