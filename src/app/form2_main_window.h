@@ -28,6 +28,8 @@
 
 namespace kestrel {
 
+class ReadingWindow;
+
 class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     Q_OBJECT
 
@@ -43,6 +45,9 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
 
     // Draws what is still to be drawn; for tests and screenshots.
     const QImage& picture() { return plotArea->picture(); }
+
+    // A text in Markdown: the keys of the main window.
+    static QString keysPage();
 
     PictureBox* const plotArea;
     PictureStrip* const energyStrip;
@@ -102,6 +107,12 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void showPeakAreaSet(std::int16_t set);
     void jumpToChannel();
     void jumpToEnergy();
+
+    void showGuide();
+    void showKeys();
+    void showAbout();
+    QString aboutPage();
+    ReadingWindow& readingWindow(const char* name, const QString& title);
 
     void placeControls();
     void connectControls();

@@ -85,6 +85,11 @@ std::span<const Form2::Action> Form2::actions() {
                "List the lines near the energy at the cursor", &F::showEnergyList},
         Action{"win", "win_nd", "Open &NuclData", "", "", "Show half-life and lines of a nuclide",
                &F::showNuclideData},
+        Action{"", "help", "&Help"},
+        Action{"help", "guide", "&Guide", "", "F12", "Read the user guide", &F::showGuide},
+        Action{"help", "keys", "&Keys", "", "", "List the keys of the main window", &F::showKeys},
+        Action{"help", "about", "&About", "", "",
+               "Show version, libraries and the sources of the nuclide data", &F::showAbout},
     };
     return table;
 }

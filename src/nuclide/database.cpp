@@ -137,6 +137,20 @@ std::string NuclideDatabase::sourceOfState(std::int32_t id) {
     }
 }
 
+std::vector<DataSource> NuclideDatabase::sources(const std::string& marigoldDir) {
+    std::vector<DataSource> found;
+    try {
+        open(marigoldDir);
+        Recordset source = query(
+            "select distinct src_name, src_date from src order by src_name, src_date limit 20");
+        for (; !source.eof(); source.moveNext())
+            found.push_back({source.text("src_name"), source.text("src_date")});
+    } catch (const DatabaseError&) {
+        // A database of another origin need not tell.
+    }
+    return found;
+}
+
 Recordset NuclideDatabase::queryLinesOfNuclides(std::span<const std::int32_t> ids) {
     return query(linesOfNuclidesQuery(ids));
 }

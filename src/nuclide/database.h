@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "nuclide/sqlite.h"
 
@@ -14,6 +15,11 @@ namespace kestrel {
 
 // Path of the database file in a folder, whatever the letter case of its name; empty for no folder.
 std::string nuclideDatabasePath(const std::string& marigoldDir);
+
+struct DataSource {
+    std::string name;
+    std::string date;
+};
 
 // An Access (Jet) file is converted by a program of its own, so that a damaged one cannot harm this
 // one; an SQLite file with the same tables and views is read as it is.
@@ -43,6 +49,8 @@ class NuclideDatabase {
     // database does not tell: only the one that comes with the program has this table. Raises
     // nothing.
     std::string sourceOfState(std::int32_t id);
+    // Where all its data come from, at most a few; none where it cannot be opened or does not tell.
+    std::vector<DataSource> sources(const std::string& marigoldDir);
     Recordset queryLinesOfNuclides(std::span<const std::int32_t> ids);
 
   private:

@@ -147,37 +147,57 @@ struct SpectrumView::KeyBinding {
     int keyCode;
     int shift;
     void (*action)(SpectrumView& view, int shift);
+    const char* name = "";
+    const char* does = "";
 };
 
 std::span<const SpectrumView::KeyBinding> SpectrumView::keyBindings() {
     using View = SpectrumView;
     static constexpr std::array bindings = {
-        KeyBinding{virtual_key::left, anyShift, [](View& v, int shift) { v.leftKey(shift); }},
-        KeyBinding{virtual_key::right, anyShift, [](View& v, int shift) { v.rightKey(shift); }},
-        KeyBinding{virtual_key::comma, shiftHeld, [](View& v, int) { v.previousPeak(); }},
-        KeyBinding{virtual_key::fullStop, shiftHeld, [](View& v, int) { v.nextPeak(); }},
-        KeyBinding{virtual_key::up, anyShift, [](View& v, int) { v.upKey(); }},
-        KeyBinding{virtual_key::down, anyShift, [](View& v, int) { v.downKey(); }},
-        KeyBinding{virtual_key::pageUp, anyShift, [](View& v, int) { v.expand(); }},
-        KeyBinding{virtual_key::pageUpAlso, anyShift, [](View& v, int) { v.expand(); }},
-        KeyBinding{virtual_key::pageDown, anyShift, [](View& v, int) { v.shrink(); }},
-        KeyBinding{virtual_key::pageDownAlso, anyShift, [](View& v, int) { v.shrink(); }},
-        KeyBinding{'L', anyShift, [](View& v, int) { v.toggleCountAxis(); }},
-        KeyBinding{virtual_key::f1, anyShift, command<PlotCommand::JumpToChannel>},
-        KeyBinding{'A', anyShift, command<PlotCommand::JumpToChannel>},
-        KeyBinding{'Z', anyShift, command<PlotCommand::JumpToEnergy>},
-        KeyBinding{virtual_key::f7, anyShift, command<PlotCommand::OpenFile>},
-        KeyBinding{'G', anyShift, command<PlotCommand::OpenFile>},
-        KeyBinding{virtual_key::f5, anyShift, command<PlotCommand::OpenEnergyList>},
-        KeyBinding{'E', anyShift, command<PlotCommand::OpenEnergyList>},
-        KeyBinding{'I', anyShift, command<PlotCommand::CalibrateEnergy>},
-        KeyBinding{'B', anyShift, command<PlotCommand::SwitchNuclideMarks>},
-        KeyBinding{virtual_key::home, 0, [](View& v, int) { v.showAll(); }},
-        KeyBinding{virtual_key::end, 0, [](View& v, int) { v.fitScale(); }},
-        KeyBinding{virtual_key::f4, 0, [](View& v, int) { v.zoomBack(); }},
-        KeyBinding{'N', anyShift, command<PlotCommand::AskNuclide>},
+        KeyBinding{virtual_key::left, anyShift, callWith<&View::leftKey>, "Left",
+                   "Cursor to the left, with Shift by 32 channels"},
+        KeyBinding{virtual_key::right, anyShift, callWith<&View::rightKey>, "Right",
+                   "Cursor to the right, with Shift by 32 channels"},
+        KeyBinding{virtual_key::comma, shiftHeld, call<&View::previousPeak>, "<",
+                   "Cursor to the previous peak"},
+        KeyBinding{virtual_key::fullStop, shiftHeld, call<&View::nextPeak>, ">",
+                   "Cursor to the next peak"},
+        KeyBinding{virtual_key::up, anyShift, call<&View::upKey>, "Up",
+                   "Halve the full scale of the linear axis"},
+        KeyBinding{virtual_key::down, anyShift, call<&View::downKey>, "Down",
+                   "Double the full scale of the linear axis"},
+        KeyBinding{virtual_key::pageUp, anyShift, call<&View::expand>, "PageUp",
+                   "Expand the view around the cursor"},
+        KeyBinding{virtual_key::pageUpAlso, anyShift, call<&View::expand>, "?",
+                   "Expand the view around the cursor"},
+        KeyBinding{virtual_key::pageDown, anyShift, call<&View::shrink>, "PageDown",
+                   "Shrink the view around the cursor"},
+        KeyBinding{virtual_key::pageDownAlso, anyShift, call<&View::shrink>, "@",
+                   "Shrink the view around the cursor"},
+        KeyBinding{'L', anyShift, call<&View::toggleCountAxis>, "L", "Logarithmic or linear axis"},
+        KeyBinding{virtual_key::f1, anyShift, command<PlotCommand::JumpToChannel>, "F1"},
+        KeyBinding{'A', anyShift, command<PlotCommand::JumpToChannel>, "A"},
+        KeyBinding{'Z', anyShift, command<PlotCommand::JumpToEnergy>, "Z"},
+        KeyBinding{virtual_key::f7, anyShift, command<PlotCommand::OpenFile>, "F7"},
+        KeyBinding{'G', anyShift, command<PlotCommand::OpenFile>, "G"},
+        KeyBinding{virtual_key::f5, anyShift, command<PlotCommand::OpenEnergyList>, "F5"},
+        KeyBinding{'E', anyShift, command<PlotCommand::OpenEnergyList>, "E"},
+        KeyBinding{'I', anyShift, command<PlotCommand::CalibrateEnergy>, "I"},
+        KeyBinding{'B', anyShift, command<PlotCommand::SwitchNuclideMarks>, "B"},
+        KeyBinding{virtual_key::home, 0, call<&View::showAll>, "Home"},
+        KeyBinding{virtual_key::end, 0, call<&View::fitScale>, "End"},
+        KeyBinding{virtual_key::f4, 0, call<&View::zoomBack>, "F4"},
+        KeyBinding{'N', anyShift, command<PlotCommand::AskNuclide>, "N",
+                   "Show half-life and lines of a nuclide that is typed"},
     };
     return bindings;
+}
+
+std::vector<PlotKey> SpectrumView::keys() {
+    std::vector<PlotKey> keys;
+    for (const KeyBinding& binding : keyBindings())
+        keys.push_back({binding.name, binding.does});
+    return keys;
 }
 
 void SpectrumView::keyDown(int keyCode, int shift) {

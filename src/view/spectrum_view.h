@@ -39,6 +39,12 @@ enum class PlotCommand {
     AskNuclide,
 };
 
+// A key of the plot, as people are told.
+struct PlotKey {
+    std::string_view name;
+    std::string_view does;  // none: a command of the main window, which tells it
+};
+
 // What the view asks of the window that it is part of.
 class ViewWindow {
   public:
@@ -94,6 +100,8 @@ class SpectrumView {
     // The cursor on a channel, or on the nearest that it may stand on, in the middle of the view.
     void jumpTo(int channel);
 
+    // All keys; those that do the same stand beside each other.
+    static std::vector<PlotKey> keys();
     // Faults: Overflow for a cursor step out of 16 bits; those of drawing.
     void keyDown(int keyCode, int shift);
     // A press of any button at a place in the user scale. Faults: Overflow.
@@ -111,6 +119,14 @@ class SpectrumView {
   private:
     struct KeyBinding;
     static std::span<const KeyBinding> keyBindings();
+    template <void (SpectrumView::*member)()>
+    static void call(SpectrumView& view, int) {
+        (view.*member)();
+    }
+    template <void (SpectrumView::*member)(int shift)>
+    static void callWith(SpectrumView& view, int shift) {
+        (view.*member)(shift);
+    }
     template <PlotCommand which>
     static void command(SpectrumView& view, int) {
         view.window_.run(which);

@@ -7,12 +7,16 @@
 #include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QRegularExpression>
+#include <QTextBlock>
 #include <QUrl>
 #include <QWheelEvent>
 
 #include "base/integers.h"
 #include "chn_bytes.h"
+#include "nuclide_fixture.h"
 #include "spectrum/energy_calibration.h"
+#include "ui/reading_window.h"
 #include "ui/session_end.h"
 #include "window_fixture.h"
 
@@ -124,6 +128,57 @@ TEST_F(MainWindow, OpensRecentFilesAgainAndGreysThoseThatAreGone) {
     QTest::keyClick(recent, Qt::Key_3);
     EXPECT_TRUE(caption().starts_with(KESTREL_SAMPLES "/empty-4096.chn ... ")) << caption();
     EXPECT_EQ(module->preferences.recentFiles.front(), KESTREL_SAMPLES "/empty-4096.chn");
+}
+
+// The keys in the first column of the table that follows "In the main window:", sorted.
+std::string toldKeys(const QString& page) {
+    QStringList keys;
+    for (const QString& line : page.section("In the main window:", 1).trimmed().split('\n')) {
+        if (!line.startsWith('|'))
+            break;
+        QString cell = line.section('|', 1, 1);
+        cell.remove('`').remove('\\');
+        if (!cell.startsWith(" Alt+") && !line.startsWith("| Key") && !line.startsWith("|--"))
+            keys += cell.trimmed().split(QRegularExpression(", | or "));
+    }
+    keys.removeAll("Alt and a letter");
+    keys.sort();
+    return keys.join(' ').toStdString() + ' ';
+}
+
+TEST_F(MainWindow, TellsInGuideAndKeysWhatItRunsOn) {
+    QFile guide(QStringLiteral(":/guide/user-guide.md"));
+    ASSERT_TRUE(guide.open(QIODevice::ReadOnly));
+    const std::string keys = toldKeys(Form2::keysPage());
+    EXPECT_EQ(toldKeys(QString::fromUtf8(guide.readAll())), keys);
+    for (const PlotKey& key : SpectrumView::keys())
+        EXPECT_NE(keys.find(std::string(key.name) + ' '), std::string::npos) << key.name;
+
+    key(Qt::Key_F12);
+    auto& window = *form2->findChild<ReadingWindow*>("guideWindow");
+    window.findField->setText("right click");
+    QTest::keyClick(window.findField, Qt::Key_Return);
+    EXPECT_EQ(window.page->textCursor().selectedText().toLower(), "right click");
+    const auto at = [&] { return window.page->textCursor().block().text(); };
+    emit window.page->anchorClicked(QUrl("#measure-peak-areas"));
+    EXPECT_EQ(at(), "Measure peak areas");
+    emit window.page->anchorClicked(QUrl("nuclide-data.md"));
+    EXPECT_EQ(window.page->source(), QUrl("qrc:/guide/nuclide-data.md"));
+    for (const char* outside : {"file:///etc/passwd", "https://example.org/", "../kestrel.png"}) {
+        emit window.page->anchorClicked(QUrl(outside));
+        EXPECT_EQ(window.page->source(), QUrl("qrc:/guide/nuclide-data.md"));
+        EXPECT_FALSE(
+            window.page->loadResource(QTextDocument::ImageResource, QUrl(outside)).isValid());
+    }
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+
+    module->database = test::nuclideDatabase();
+    module->settings.marigoldDir = KESTREL_NUCLIDE_DATA;
+    trigger("about");
+    const QString about = form2->findChild<ReadingWindow*>("aboutWindow")->page->toPlainText();
+    for (const char* told : {"Ver: 1. 0", "Qt", "SQLite", "ENSDF", "2023-09-01"})
+        EXPECT_TRUE(about.contains(told)) << about.toStdString();
 }
 
 TEST_F(MainWindow, LeafsThroughAFolderInTheSameViewAndWithTheSameRegions) {
