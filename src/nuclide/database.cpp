@@ -151,6 +151,17 @@ std::vector<DataSource> NuclideDatabase::sources(const std::string& marigoldDir)
     return found;
 }
 
+Recordset NuclideDatabase::queryAllStates() {
+    return query(
+        "select nc_id, nc_z, nc_a, nc_i_num, nc_dmode, nc_hl, nc_tsec, elm_name from q_nuc");
+}
+
+Recordset NuclideDatabase::queryAllGammas() {
+    return query(
+        "select eng_nc, eng_eng, eng_br from eng where eng_br > 0.1 and eng_rad = 'G' and "
+        "(eng_raddef is null or trim(eng_raddef) = '')");
+}
+
 Recordset NuclideDatabase::queryLinesOfNuclides(std::span<const std::int32_t> ids) {
     return query(linesOfNuclidesQuery(ids));
 }

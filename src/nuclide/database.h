@@ -52,6 +52,10 @@ class NuclideDatabase {
     // Where all its data come from, at most a few; none where it cannot be opened or does not tell.
     std::vector<DataSource> sources(const std::string& marigoldDir);
     Recordset queryLinesOfNuclides(std::span<const std::int32_t> ids);
+    // For the candidates: all states, and all gamma lines without any that are X-rays or
+    // annihilation.
+    Recordset queryAllStates();
+    Recordset queryAllGammas();
 
   private:
     Recordset query(const std::string& text);

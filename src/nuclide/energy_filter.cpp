@@ -47,10 +47,14 @@ EnergyFilter::EnergyFilter(const EnergyEntries& entries)
 }
 
 bool EnergyFilter::passes(const Recordset& line) const {
-    return inLimits(line.single("eng_br"), 0) && inLimits(line.single("nc_tsec"), 2) &&
-           inLimits(line.single("nc_a"), 4) && inLimits(line.single("nc_z"), 6) &&
-           radiationClass(line.text("eng_rad")) == radiationClass_ &&
-           (decayClass_ == 0 || decayClass(line.text("nc_dmode")) == decayClass_);
+    return passesIntensity(line.single("eng_br")) && passesState(line) &&
+           radiationClass(line.text("eng_rad")) == radiationClass_;
+}
+
+bool EnergyFilter::passesState(const Recordset& state) const {
+    return inLimits(state.single("nc_tsec"), 2) && inLimits(state.single("nc_a"), 4) &&
+           inLimits(state.single("nc_z"), 6) &&
+           (decayClass_ == 0 || decayClass(state.text("nc_dmode")) == decayClass_);
 }
 
 }  // namespace kestrel

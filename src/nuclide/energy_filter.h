@@ -28,6 +28,10 @@ class EnergyFilter {
 
     // Whether the present row of the energy window's query passes.
     bool passes(const Recordset& line) const;
+    // Its parts: of a row that holds a state of a nuclide, and of the intensity of a line, per
+    // cent.
+    bool passesState(const Recordset& state) const;
+    bool passesIntensity(float intensity) const { return inLimits(intensity, 0); }
 
   private:
     bool inLimits(float value, std::size_t lowest) const {

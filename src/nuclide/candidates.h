@@ -1,0 +1,63 @@
+// Candidates: which nuclides could explain the peaks of a spectrum, and what speaks for and against
+// each. Never a claim.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "nuclide/gamma_library.h"
+#include "nuclide/peak_origins.h"
+
+namespace kestrel {
+
+struct EnergyRange {
+    double low = 0;  // keV
+    double high = 0;
+};
+
+// Efficiency of a germanium detector relative to that at 150 keV, coarsely: below 150 keV as E,
+// above as E^-0.9. Real detectors stay within a factor of two of it from 60 keV to 3 MeV.
+double efficiencyShape(double energy);
+
+struct CandidateLine {
+    GammaLine line;
+    double weight = 0;                // intensity times efficiency
+    std::optional<std::size_t> peak;  // that it is found in
+    bool missing = false;             // ought to be seen, but is not
+};
+
+// One nuclide. Its strong lines are those with at least a tenth of the weight of its heaviest line
+// within the range. The activity is the highest that no found line contradicts: the lowest of
+// (net + 2 errors) / weight. A line that is not found is missing when half of its counts at that
+// activity exceed the detection limit of its place.
+struct Candidate {
+    std::string nuclide;
+    std::string halfLife;
+    double foundShare = 0;    // of the weight of the strong lines
+    double missingShare = 0;  // the same
+    double activity = 0;      // counts per weight
+    // Peaks that no candidate before it explains, each by the logarithm of its significance, times
+    // the square of the score.
+    double explained = 0;
+    std::vector<CandidateLine> lines;  // the strong ones, ascending
+
+    double score() const { return foundShare - missingShare; }
+};
+
+struct CandidateList {
+    std::vector<Candidate> candidates;  // the one that explains most first
+    std::vector<OriginOfPeak> origins;  // of each peak
+    // keV that were added to the energies of the peaks, because the common nuclides explain far
+    // more of them there: the calibration is off by as much.
+    double shift = 0;
+};
+
+// The peaks stand in ascending order, in a spectrum that shows the energies of `range`. Time grows
+// with the number of lines of the library, memory with that of the candidates.
+CandidateList findCandidates(std::span<const GammaNuclide> library,
+                             std::span<const MeasuredPeak> peaks, const EnergyRange& range);
+
+}  // namespace kestrel

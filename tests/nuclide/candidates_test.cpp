@@ -1,0 +1,121 @@
+#include "nuclide/candidates.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "nuclide_fixture.h"
+#include "rough_peaks.h"
+
+namespace kestrel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsSupersetOf;
+
+MeasuredPeak peak(double energy, double net) {
+    return {.energy = energy, .tolerance = 1, .net = net, .netError = std::sqrt(net)};
+}
+
+GammaNuclide nuclide(const char* key, std::vector<GammaLine> lines) {
+    return {.key = key, .halfLife = "1 Y", .seconds = 3e7F, .lines = std::move(lines)};
+}
+
+std::vector<std::string> names(const CandidateList& list, std::size_t first) {
+    std::vector<std::string> keys;
+    for (std::size_t i = 0; i < std::min(first, list.candidates.size()); ++i)
+        keys.push_back(list.candidates[i].nuclide);
+    return keys;
+}
+
+constexpr EnergyRange wholeRange{0, 3000};
+
+TEST(Candidates, TellTheLinesThatAreFoundAndThoseThatOughtToBe) {
+    const std::vector<GammaNuclide> library = {
+        nuclide("Aa-100g", {{200, 50}, {400, 50}, {1000, 1}, {2000, 50}})};
+    const auto lines = [&](const std::vector<MeasuredPeak>& peaks) {
+        std::string told;
+        for (const Candidate& c : findCandidates(library, peaks, wholeRange).candidates) {
+            for (const CandidateLine& line : c.lines)
+                told += line.peak ? 'F' : (line.missing ? 'M' : '-');
+        }
+        return told;
+    };
+    EXPECT_EQ(lines({peak(200, 10000), peak(400.5, 6000), peak(2000, 2000)}), "FFF");
+    EXPECT_EQ(lines({peak(200, 10000), peak(400.5, 6000), peak(700, 30)}), "FFM");
+    EXPECT_EQ(lines({peak(200, 30), peak(400, 30)}), "FF-");
+    // Two of three lines miss their peaks: no candidate.
+    EXPECT_EQ(lines({peak(200, 10000), peak(403, 6000)}), "");
+    EXPECT_EQ(lines({}), "");
+}
+
+TEST(Candidates, ThatExplainMoreComeFirstAndTakeTheirPeaksFromTheOthers) {
+    const std::vector<GammaNuclide> library = {
+        nuclide("Xx-  1g", {{400, 50}}), nuclide("Aa-100g", {{200, 50}, {400, 50}, {300, 0.5}}),
+        nuclide("Xx-  2g", {{300, 50}}), nuclide("K - 40g", {{1460.8F, 10}}),
+        nuclide("Xx-  3g", {{1460.8F, 10}})};
+    const CandidateList list = findCandidates(
+        library, std::vector{peak(200, 10000), peak(300, 70), peak(400, 6000), peak(1460.8, 500)},
+        wholeRange);
+    EXPECT_THAT(names(list, 9), ElementsAre("Aa-100g", "K - 40g"));
+}
+
+TEST(Candidates, NameAnnihilationEscapesAndSums) {
+    const std::vector<MeasuredPeak> peaks = {
+        peak(511.2, 5000), peak(800, 9000),  peak(1591.8, 300), peak(1600, 9000),
+        peak(2103.5, 400), peak(2400.3, 90), peak(2614.5, 8000)};
+    std::vector<std::string> texts;
+    for (const OriginOfPeak& origin : findCandidates({}, peaks, wholeRange).origins)
+        texts.push_back(originText(origin, peaks));
+    EXPECT_THAT(texts,
+                ElementsAre("annihilation", "", "double escape of 2614.5 keV", "",
+                            "single escape of 2614.5 keV", "sum of 800.0 and 1600.0 keV", ""));
+}
+
+TEST(Candidates, StandAtTheHeadForTheSamples) {
+    NuclideDatabase database = test::nuclideDatabase();
+    database.open(KESTREL_NUCLIDE_DATA);
+    const auto library = readGammaLibrary(database, {});
+    const std::string samples = KESTREL_SAMPLES "/";
+    for (const double off : {0.0, -2.5, 2.0}) {
+        const auto head = [&](const char* file, std::size_t count) {
+            const auto spectrum = test::openedSpectrum(samples + file);
+            spectrum->calCurrent.a += off;
+            const test::RoughPeaks found = test::roughPeaks(*spectrum);
+            return names(findCandidates(library, found.peaks, found.range), count);
+        };
+        for (const char* file : {"eu152-co60-cs137-4096.chn", "eu152-co60-cs137-16384.chn"})
+            EXPECT_THAT(head(file, 3), ElementsAre("Eu-152g", "Co- 60g", "Cs-137g")) << file << off;
+        EXPECT_THAT(head("environmental-8192.chn", 6),
+                    IsSupersetOf({"K - 40g", "Tl-208g", "Bi-214g", "Pb-214g"}))
+            << off;
+    }
+}
+
+TEST(GammaLibrary, HoldsPlainGammasOfTheNuclidesThatPassTheFilters) {
+    test::TempFolder folder;
+    NuclideTables tables = test::oneLine();
+    tables.nuclides.push_back({2, "Cs", 55, 138, 0, "33 M", 1980, "B-", 0, 0, ""});
+    for (const auto& [energy, kind, definition] :
+         {std::tuple{32.1, "G", "XKA1"}, {511.0, "G", "ANN"}, {624.0, "E", ""}, {283.5, "G", ""}})
+        tables.lines.push_back({1, 2, energy, 5, kind, "B-", definition});
+    tables.lines.push_back({2, 1, 1435.8, 76, "G", "B-", ""});
+    test::writeDatabase(folder, tables);
+    const auto told = [&](const EnergyEntries& entries) {
+        NuclideDatabase database = test::nuclideDatabase();
+        database.open(folder.path());
+        std::vector<std::string> all;
+        for (const GammaNuclide& n : readGammaLibrary(database, entries))
+            all.push_back(n.key + " " + std::to_string(n.lines.size()));
+        return all;
+    };
+    EnergyEntries entries;
+    EXPECT_THAT(told(entries), ElementsAre("Cs-137g 2", "Cs-138g 1"));
+    entries.radiationClass = 4;
+    entries.text[2] = "1e4";
+    EXPECT_THAT(told(entries), ElementsAre("Cs-137g 2"));
+    entries.text[0] = "80";
+    EXPECT_THAT(told(entries), ElementsAre("Cs-137g 1"));
+}
+
+}  // namespace
+}  // namespace kestrel
