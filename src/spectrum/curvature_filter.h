@@ -36,12 +36,15 @@ class CurvatureFilter {
     // inside the spectrum. None when first() > last(). The other calls ask for such channels.
     int first() const { return first_; }
     int last() const { return last_; }
+    int width() const { return width_; }
     // The middle of the seven groups lies this far below the channel that they belong to.
     double middleOffset() const { return width_ % 2 == 0 ? 0.5 : 0.0; }
 
     double curvature(int channel) const {
         return 5 * feet(channel) - 3 * shoulders(channel) - 4 * group(channel, 0);
     }
+    // Counts of the middle group of these channels, of the three before and the three after them.
+    double core(int channel) const { return group(channel, 0); }
     // Variance of the curvature of counts that scatter as random events do.
     double variance(int channel) const {
         return 25 * feet(channel) + 9 * shoulders(channel) + 16 * group(channel, 0);

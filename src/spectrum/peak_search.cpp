@@ -7,9 +7,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <utility>
 
 #include "base/integers.h"
 #include "spectrum/curvature_filter.h"
+#include "spectrum/peak_tops.h"
 
 namespace kestrel {
 namespace {
@@ -128,43 +130,77 @@ std::vector<Bulge> significantBulges(const CurvatureFilter& filter) {
     return bulges;
 }
 
-// Lines that stand close together hide each other's feet, so that a bulge beside another one need
-// not drop on both sides.
-bool standsBeside(const Bulge& left, const Bulge& right, int width) {
-    return right.first - left.last <= 4 * width;
+// Lines that stand close together hide each other's feet, and the filter may see them as one bulge.
+// Tops are compared in half the filter's width, which is a third to an eighth of such a line, and
+// valleys are no further away than two lines.
+constexpr int topReach = 6;  // in filter widths
+
+// The tops in and beside the bulges, where there are two or more: a single one tells nothing apart.
+std::vector<Top> topsAround(const std::vector<Bulge>& bulges, const RunningSums& sums, int width) {
+    const int reach = topReach * width;
+    const CurvatureFilter filter(sums, std::max(1, width / 2));
+    std::vector<Top> tops;
+    for (std::size_t i = 0; i < bulges.size();) {
+        const int first = bulges[i].first - reach;
+        int last = bulges[i].last + reach;
+        while (++i < bulges.size() && bulges[i].first - reach <= last)
+            last = bulges[i].last + reach;
+        const std::vector<Top> together = findTops(filter, first, last, reach);
+        if (together.size() > 1)
+            tops.insert(tops.end(), together.begin(), together.end());
+    }
+    return tops;
 }
 
-std::vector<FoundPeak> peaksOfWidth(const RunningSums& sums, int width) {
-    const std::vector<Bulge> bulges = significantBulges(CurvatureFilter(sums, width));
-    std::vector<FoundPeak> peaks;
-    for (std::size_t i = 0; i < bulges.size(); ++i) {
-        const bool inMultiplet =
-            (i > 0 && standsBeside(bulges[i - 1], bulges[i], width)) ||
-            (i + 1 < bulges.size() && standsBeside(bulges[i], bulges[i + 1], width));
-        if (bulges[i].dropsOnBothSides || inMultiplet)
-            peaks.push_back(bulges[i].peak);
-    }
-    return peaks;
+// A bulge with one top keeps its own centre, which all its channels together tell.
+void addBulge(std::vector<FoundPeak>& peaks, const Bulge& bulge, std::span<const Top> tops) {
+    if (tops.size() > 1)
+        for (const Top& top : tops)
+            peaks.push_back({top.centre, top.significance});
+    else if (bulge.dropsOnBothSides || tops.size() == 1)
+        peaks.push_back(bulge.peak);
 }
 
 struct Search {
     int width = 1;
-    std::vector<FoundPeak> peaks;
+    std::vector<Bulge> bulges;
 
+    // Of what is a peak by itself.
     double totalSignificance() const {
         double sum = 0;
-        for (const FoundPeak& peak : peaks)
-            sum += peak.significance;
+        for (const Bulge& bulge : bulges)
+            if (bulge.dropsOnBothSides)
+                sum += bulge.peak.significance;
         return sum;
     }
 };
 
-std::vector<Search> searchAllWidths(std::span<const std::int32_t> counts) {
-    const RunningSums sums(counts);
+std::vector<FoundPeak> peaksOf(const Search& search, const RunningSums& sums) {
+    const CurvatureFilter filter(sums, search.width);
+    const std::vector<Top> tops = topsAround(search.bulges, sums, search.width);
+    std::vector<FoundPeak> peaks;
+    auto top = tops.begin();
+    const auto addTopsBelow = [&](int channel) {
+        for (; top != tops.end() && top->centre < channel; ++top)
+            if (top->centre >= filter.first() && top->centre <= filter.last())
+                peaks.push_back({top->centre, top->significance});
+    };
+    for (const Bulge& bulge : search.bulges) {
+        addTopsBelow(bulge.first - search.width);
+        const auto inside = top;
+        while (top != tops.end() && top->centre <= bulge.last + search.width)
+            ++top;
+        addBulge(peaks, bulge, {inside, top});
+    }
+    addTopsBelow(sums.channelCount());
+    return peaks;
+}
+
+std::vector<Search> searchAllWidths(const RunningSums& sums) {
     std::vector<Search> searches;
     for (const int width : widths)
         if (width == 1 || sums.channelCount() >= channelsPerWidth * width)
-            searches.push_back({width, peaksOfWidth(sums, width)});
+            searches.push_back({width, significantBulges(CurvatureFilter(sums, width))});
     return searches;
 }
 
@@ -181,27 +217,40 @@ std::size_t bestSearch(const std::vector<Search>& searches) {
     return best;
 }
 
+// Where two marks fall into neighbouring channels they are of one line.
+void joinNeighbours(std::vector<FoundPeak>& peaks) {
+    std::vector<FoundPeak> apart;
+    for (const FoundPeak& peak : peaks)
+        if (apart.empty() || peak.centre > apart.back().centre + 1)
+            apart.push_back(peak);
+        else if (peak.significance > apart.back().significance)
+            apart.back() = peak;
+    peaks = std::move(apart);
+}
+
 // Weak peaks show better in a wider filter; those that stand clear of all others are added.
-void addMissedPeaks(std::vector<FoundPeak>& peaks, const Search& wider) {
+void addMissedPeaks(std::vector<FoundPeak>& peaks, const Search& wider, const RunningSums& sums) {
     const std::vector<FoundPeak> narrow = peaks;
-    for (const FoundPeak& peak : wider.peaks) {
+    for (const FoundPeak& peak : peaksOf(wider, sums)) {
         const auto tooNear = [&](const FoundPeak& other) {
             return 2 * std::abs(other.centre - peak.centre) <= 5 * wider.width;
         };
         if (std::ranges::none_of(narrow, tooNear))
             peaks.push_back(peak);
     }
-    std::ranges::sort(peaks, {}, &FoundPeak::centre);
 }
 
 }  // namespace
 
 std::vector<FoundPeak> findPeaks(std::span<const std::int32_t> counts) {
-    const std::vector<Search> searches = searchAllWidths(counts);
+    const RunningSums sums(counts);
+    const std::vector<Search> searches = searchAllWidths(sums);
     const std::size_t best = bestSearch(searches);
-    std::vector<FoundPeak> peaks = searches[best].peaks;
+    std::vector<FoundPeak> peaks = peaksOf(searches[best], sums);
     if (best + 1 < searches.size())
-        addMissedPeaks(peaks, searches[best + 1]);
+        addMissedPeaks(peaks, searches[best + 1], sums);
+    std::ranges::sort(peaks, {}, &FoundPeak::centre);
+    joinNeighbours(peaks);
     return peaks;
 }
 

@@ -80,13 +80,21 @@ TEST_P(PeaksOfWidth, GetOneChannelEachAtTheirCentre) {
 
 INSTANTIATE_TEST_SUITE_P(Channels, PeaksOfWidth, testing::Values(1.2, 2.0, 3.5, 5.0, 14.0, 30.0));
 
-TEST(PeakMeasure, SeparatesEqualLinesTwoWidthsApartAndUnequalOnesAtThree) {
-    PeakPlan plan = planWithWidth(4, 1024, 50);
-    plan.peaks = {{300, 5000}, {308, 5000}, {600, 50000}, {612, 5000}};
-    const std::vector<int> found = centres(samples::makePeaks(plan, 1));
-    ASSERT_EQ(found.size(), 4U);
-    for (std::size_t i = 0; i < found.size(); ++i)
-        EXPECT_NEAR(found[i], plan.peaks[i].energy, 1);
+TEST(PeakMeasure, MarksEveryLineWithATopOfItsOwnBesideAStrongerOne) {
+    for (const auto& [ratio, distance] :
+         {std::pair{1.0, 5.6}, std::pair{0.3, 6.4}, std::pair{0.1, 7.2}, std::pair{0.05, 8.0}}) {
+        PeakPlan plan = planWithWidth(4, 1024, 50);
+        for (double at = 100.3; at < 1000; at += 100.1)
+            for (const double side : {-1.0, 1.0}) {
+                plan.peaks = {{at, 2e5}, {at + side * distance, 2e5 * ratio}};
+                const std::vector<int> found = centres(samples::makePeaks(plan, 1));
+                EXPECT_EQ(found.size(), 2U) << ratio << " " << at << " " << side;
+                for (const int centre : found)
+                    EXPECT_TRUE(std::ranges::any_of(plan.peaks, [&](const samples::Peak& peak) {
+                        return std::fabs(centre - peak.energy) <= 2;
+                    })) << centre;
+            }
+    }
 }
 
 TEST(PeakMeasure, RoundsTheCentreOfAWidePeakToTheNearestChannel) {
@@ -181,8 +189,15 @@ TEST(PeakMeasure, TakesNoEdgeAndNoSlopeForAPeak) {
         [](int k) { return 1e6 * std::exp(-k / 300.0); },
         [](int k) { return 100.0 * k; },
     };
-    for (const auto& shape : shapes)
+    for (const auto& shape : shapes) {
         EXPECT_THAT(centres(drawn(1024, shape)), IsEmpty()) << shape(499) << " " << shape(500);
+        for (const int line : {485, 491, 509, 515}) {
+            const auto withLine = [&](int k) {
+                return shape(k) + 20000 * std::exp(-(k - line) * (k - line) / 5.8);
+            };
+            EXPECT_THAT(centres(drawn(1024, withLine)), ElementsAre(line)) << shape(499);
+        }
+    }
 }
 
 TEST(PeakMeasure, IsTenTimesTheSignificanceOverItsThreshold) {
