@@ -6,6 +6,7 @@
 
 #include "nuclide/common_nuclides.h"
 #include "nuclide/peak_origins.h"
+#include "spectrum/efficiency_shape.h"
 
 namespace kestrel {
 namespace {
@@ -244,11 +245,6 @@ CandidateList candidatesAt(std::span<const GammaNuclide> library,
 }
 
 }  // namespace
-
-double efficiencyShape(double energy) {
-    constexpr double top = 150;  // keV
-    return energy < top ? energy / top : std::pow(energy / top, -0.9);
-}
 
 CandidateList findCandidates(std::span<const GammaNuclide> library,
                              std::span<const MeasuredPeak> peaks, const EnergyRange& range) {

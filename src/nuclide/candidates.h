@@ -18,13 +18,9 @@ struct EnergyRange {
     double high = 0;
 };
 
-// Efficiency of a germanium detector relative to that at 150 keV, coarsely: below 150 keV as E,
-// above as E^-0.9. Real detectors stay within a factor of two of it from 60 keV to 3 MeV.
-double efficiencyShape(double energy);
-
 struct CandidateLine {
     GammaLine line;
-    double weight = 0;                // intensity times efficiency
+    double weight = 0;                // intensity times efficiencyShape
     std::optional<std::size_t> peak;  // that it is found in
     bool missing = false;             // ought to be seen, but is not
 };
