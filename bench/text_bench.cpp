@@ -80,9 +80,10 @@ void openText(benchmark::State& state) {
     const auto spectrum = textFile(form);
     const auto derived = std::make_unique<kestrel::DerivedArrays>();
     std::vector<std::string> headerLines;
+    kestrel::Notice notice;
     for (auto _ : state) {
         if (!kestrel::readSpectrumByFormat(forms[form].filterIndex,
-                                           {*spectrum, *derived, headerLines}, dialogs))
+                                           {*spectrum, *derived, headerLines, notice}, dialogs))
             std::abort();
     }
     std::filesystem::remove(spectrum->filePath);

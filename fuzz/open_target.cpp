@@ -19,6 +19,7 @@ struct Session {
     Spectrum spectrum;
     DerivedArrays derived;
     std::vector<std::string> headerLines;
+    Notice notice;
     SilentDialogs dialogs;
 };
 
@@ -48,7 +49,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         writeFile("input" + std::string(kestrel::formatOf(id).ending), asText(data, size));
     try {
         if (kestrel::readSpectrumByFormat(
-                static_cast<int>(id), {session->spectrum, session->derived, session->headerLines},
+                static_cast<int>(id),
+                {session->spectrum, session->derived, session->headerLines, session->notice},
                 session->dialogs))
             useSpectrum(*session);
     } catch (const kestrel::RuntimeFault&) {

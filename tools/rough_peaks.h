@@ -25,10 +25,11 @@ inline std::unique_ptr<Spectrum> openedSpectrum(const std::string& path) {
     auto spectrum = std::make_unique<Spectrum>();
     const auto derived = std::make_unique<DerivedArrays>();
     std::vector<std::string> headerLines;
+    Notice notice;
     std::string directory;
     int filter = 1;
     SilentDialogs dialogs;
-    if (openAnyPath(path, {*spectrum, *derived, headerLines}, directory, filter, dialogs) !=
+    if (openAnyPath(path, {*spectrum, *derived, headerLines, notice}, directory, filter, dialogs) !=
         OpenResult::Loaded)
         throw std::runtime_error(path + " cannot be read");
     return spectrum;

@@ -13,6 +13,7 @@
 #include "analysis/results_printout.h"
 #include "base/directory_choice.h"
 #include "spectrum/file_name.h"
+#include "ui/notice_line.h"
 #include "ui/text_codec.h"
 
 namespace kestrel {
@@ -58,6 +59,9 @@ void Form11::placeControls() {
         buttons->addWidget(button);
     buttons->insertStretch(3);
     auto* column = new QVBoxLayout(this);
+    auto* notice = new NoticeLine(NoticeLine::Kind::TextOnly, this);
+    notice->say(source_.notice.text());
+    column->addWidget(notice);
     column->addWidget(headings);
     column->addWidget(resultLines);
     column->addLayout(buttons);

@@ -7,7 +7,7 @@
 
 #include "analysis/peak_area_set.h"
 #include "base/dialogs.h"
-#include "spectrum/spectrum.h"
+#include "spectrum/notice.h"
 #include "ui/modal_form.h"
 #include "ui/text_list.h"
 
@@ -19,6 +19,7 @@ struct ResultSource {
     PeakAreaTable& sets;
     std::int16_t setCount;
     std::string& saveAsDir;
+    const Notice& notice;
     Dialogs& dialogs;
 };
 

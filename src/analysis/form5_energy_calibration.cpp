@@ -77,19 +77,19 @@ void Form5::showKept() {
     lowEnergy->setText(toWindow(kept_.energyLow));
     highChannel->setText(toWindow(kept_.channelHigh));
     highEnergy->setText(toWindow(kept_.energyHigh));
-    fileCalibration->setChecked(spectrum_.useFileCalibration == 1);
+    fileCalibration->setChecked(spectrum_.useFileCalibration);
     colourFields();
     lowChannel->setFocus();
 }
 
 // The choice counts at once, also when the dialog is cancelled: it decides about the next file.
 void Form5::fileCalibrationClicked() {
-    spectrum_.useFileCalibration = fileCalibration->isChecked() ? 1 : 0;
+    spectrum_.useFileCalibration = fileCalibration->isChecked();
     colourFields();
 }
 
 void Form5::calibrate() {
-    spectrum_.useFileCalibration = fileCalibration->isChecked() ? 1 : 0;
+    spectrum_.useFileCalibration = fileCalibration->isChecked();
     const CalibrationTexts typed{.channelLow = fromWindow(lowChannel->text()),
                                  .energyLow = fromWindow(lowEnergy->text()),
                                  .channelHigh = fromWindow(highChannel->text()),
@@ -100,7 +100,7 @@ void Form5::calibrate() {
 
 // Light where the typed points count, dark where the file's calibration does.
 void Form5::colourFields() {
-    const int grey = spectrum_.useFileCalibration == 0 ? 192 : 128;
+    const int grey = spectrum_.useFileCalibration ? 128 : 192;
     for (QLineEdit* field : fields()) {
         QPalette palette = field->palette();
         palette.setColor(QPalette::Base, QColor(grey, grey, grey));

@@ -26,7 +26,7 @@ void refuse(const char* text, Dialogs& dialogs) {
 
 bool acceptCalibration(Spectrum& spectrum, const CalibrationTexts& typed, CalibrationTexts& kept,
                        Dialogs& dialogs) {
-    if (spectrum.useFileCalibration == 1) {
+    if (spectrum.useFileCalibration) {
         spectrum.calCurrent = spectrum.calFromFile;
         return true;
     }

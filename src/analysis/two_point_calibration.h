@@ -17,7 +17,7 @@ struct CalibrationTexts {
     std::string energyHigh;
 };
 
-// OK of the dialog: sets the calibration in force. With useFileCalibration 1 it is the file's, and
+// OK of the dialog: sets the calibration in force. With useFileCalibration it is the file's, and
 // `typed` is not looked at. With 0 it is the line through the two points; it becomes the user's
 // calibration as well, and `typed` is kept in `kept`. False, after a message and without a change,
 // when the points do not rise. Faults: Overflow (a number beyond single precision).

@@ -61,6 +61,7 @@ Form2::Form2(Module1& module, Dialogs& dialogs)
       pointerStatus(new QLabel(this)),
       module_(module),
       dialogs_(dialogs),
+      noticeLine_(new NoticeLine(NoticeLine::Kind::WithButtons, this)),
       view_(plotInput(), module.view, plotArea->canvas(), dialogs, *this) {
     setObjectName(QStringLiteral("Form2"));
     setAcceptDrops(true);
@@ -98,6 +99,7 @@ void Form2::placeControls() {
     auto* column = new QVBoxLayout(central);
     column->setContentsMargins(6, 6, 6, 6);
     column->setSpacing(0);
+    column->addWidget(noticeLine_);
     column->addWidget(plotArea, 1);
     column->addWidget(energyStrip);
     column->addSpacing(row->spacing());
@@ -138,6 +140,8 @@ void Form2::connectControls() {
             [this](double from, double to) { view_.zoomTo(from, to); });
     connect(plotArea, &PictureBox::pointerMoved, this, &Form2::showPointer);
     connect(plotArea, &PictureBox::pointerLeft, pointerStatus, &QLabel::clear);
+    connect(noticeLine_, &NoticeLine::restoreAsked, this, &Form2::restoreSpectrum);
+    connect(noticeLine_, &NoticeLine::closeAsked, this, &Form2::closeNotice);
     connect(plotArea, &PictureBox::resized, this, &Form2::plotResized);
     connect(plotArea, &PictureBox::rescaled, this, [this] { view_.redraw(); });
 }

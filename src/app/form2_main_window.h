@@ -22,6 +22,7 @@
 #include "spectrum/form10_data_information.h"
 #include "spectrum/open_spectrum.h"
 #include "spectrum/series.h"
+#include "ui/notice_line.h"
 #include "view/picture_box.h"
 #include "view/picture_box_strip.h"
 #include "view/spectrum_view.h"
@@ -133,10 +134,18 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void openPreviousFile();
     void leaf(Direction direction);
     OpenTarget openTarget();
-    void showOpened(OpenResult result);
+    // Opens with `open`, an operation that returns an OpenResult, and shows what came of it: the
+    // plot by `showPlot`, and a set of peak areas.
+    template <typename Open, typename ShowPlot>
+    void openWith(Open open, ShowPlot showPlot, std::int16_t peakSet);
+    template <typename Open>
+    void openWith(Open open);
     // What shows it anew but for the plot, which `showPlot` draws, and a set of peak areas.
     template <typename ShowPlot>
     void showLoaded(ShowPlot showPlot, std::int16_t peakSet);
+    void showNotice();
+    void restoreSpectrum();
+    void closeNotice();
     void showCaption();
     PeakAreaWork peakAreaWork();
     void showPeakAreaResults();
@@ -162,6 +171,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
 
     Module1& module_;
     Dialogs& dialogs_;
+    NoticeLine* const noticeLine_;
     SpectrumView view_;
     std::unique_ptr<Form7> form7_;
     std::unique_ptr<Form10> form10_;

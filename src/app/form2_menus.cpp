@@ -164,7 +164,10 @@ void Form2::showMarks() {
 }
 
 void Form2::saveCounts() {
-    saveAsCsv(module_.spectrum, module_.settings.lastDirectory, dialogs_);
+    const bool saved = saveAsCsv(module_.spectrum, module_.settings.lastDirectory, dialogs_);
+    if (saved && !countsFitCsv(module_.spectrum))
+        module_.notice.add("The counts of some channels do not fit a CSV column.");
+    showNotice();
     focusPlot();
 }
 
@@ -173,7 +176,7 @@ void Form2::leave() {
 }
 
 void Form2::showPrintPreview() {
-    Form8({module_.spectrum, module_.derived, module_.view}, dialogs_,
+    Form8({module_.spectrum, module_.derived, module_.view}, module_.notice, dialogs_,
           module_.settings.windowPlacement[printPlacement], this)
         .exec();
     focusPlot();
@@ -253,8 +256,8 @@ void Form2::showPeakAreaSet(std::int16_t set) {
 
 void Form2::showPeakAreaResults() {
     Settings& settings = module_.settings;
-    const ResultSource source{module_.spectrum, settings.peakSets, settings.peakSetCount,
-                              settings.saveAsDir, dialogs_};
+    const ResultSource source{module_.spectrum,   settings.peakSets, settings.peakSetCount,
+                              settings.saveAsDir, module_.notice,    dialogs_};
     const auto chooser = [this](const std::string& caption, const std::string& label,
                                 QWidget* over) { chooseDirectory(caption, label, over); };
     Form11(source, chooser, settings.windowPlacement[resultPlacement], form7_.get()).exec();

@@ -31,19 +31,52 @@ QString signsOfPath(const std::string& path) {
 
 }  // namespace
 
+template <typename Open, typename ShowPlot>
+void Form2::openWith(Open open, ShowPlot showPlot, std::int16_t peakSet) {
+    OpenResult result{};
+    try {
+        result = open();
+    } catch (const RuntimeFault&) {
+        showNotice();
+        throw;
+    }
+    showNotice();
+    if (result == OpenResult::Loaded)
+        showLoaded(showPlot, peakSet);
+    if (result != OpenResult::Refused)
+        focusPlot();
+}
+
+template <typename Open>
+void Form2::openWith(Open open) {
+    openWith(
+        open,
+        [this] {
+            rememberFile(module_.preferences.recentFiles, module_.spectrum.filePath);
+            view_.showNewSpectrum();
+        },
+        0);
+}
+
 void Form2::openSpectrumFile() {
-    showOpened(kestrel::openSpectrumFile(openTarget(), module_.settings.lastDirectory,
-                                         module_.lastFilterIndex, dialogs_));
+    openWith([this] {
+        return kestrel::openSpectrumFile(openTarget(), module_.settings.lastDirectory,
+                                         module_.lastFilterIndex, dialogs_);
+    });
 }
 
 void Form2::openAnyFile() {
-    showOpened(openAnySpectrum(openTarget(), module_.settings.lastDirectory,
-                               module_.lastFilterIndex, dialogs_));
+    openWith([this] {
+        return openAnySpectrum(openTarget(), module_.settings.lastDirectory,
+                               module_.lastFilterIndex, dialogs_);
+    });
 }
 
 void Form2::openSpectrumPath(const std::string& path) {
-    showOpened(openAnyPath(path, openTarget(), module_.settings.lastDirectory,
-                           module_.lastFilterIndex, dialogs_));
+    openWith([this, &path] {
+        return openAnyPath(path, openTarget(), module_.settings.lastDirectory,
+                           module_.lastFilterIndex, dialogs_);
+    });
 }
 
 // Made anew whenever the menu opens: files come and go. Those that are gone cannot be chosen.
@@ -74,25 +107,36 @@ void Form2::openPreviousFile() {
 void Form2::leaf(Direction direction) {
     const std::int16_t channels = module_.spectrum.channelCount;
     const std::int16_t set = module_.peakArea.currentSet;
-    const OpenResult result =
-        openNeighbour(direction, module_.seriesFile, openTarget(), module_.settings.lastDirectory,
-                      module_.lastFilterIndex, dialogs_);
-    if (result == OpenResult::Loaded)
-        showLoaded([&] { view_.showNextSpectrum(channels); }, set);
+    openWith(
+        [this, direction] {
+            return openNeighbour(direction, module_.seriesFile, openTarget(),
+                                 module_.settings.lastDirectory, module_.lastFilterIndex, dialogs_);
+        },
+        [&] { view_.showNextSpectrum(channels); }, set);
     focusPlot();
 }
 
 OpenTarget Form2::openTarget() {
-    return {module_.spectrum, module_.derived, module_.headerLines};
+    return {module_.spectrum, module_.derived, module_.headerLines, module_.notice};
 }
 
-void Form2::showOpened(OpenResult result) {
-    if (result == OpenResult::Refused)
-        return;
-    if (result == OpenResult::Loaded) {
-        rememberFile(module_.preferences.recentFiles, module_.spectrum.filePath);
-        showLoaded([this] { view_.showNewSpectrum(); }, 0);
-    }
+void Form2::showNotice() {
+    noticeLine_->say(module_.notice.text(), module_.notice.before != nullptr);
+}
+
+// With the view that the user had, as far as it lies in the spectrum.
+void Form2::restoreSpectrum() {
+    restoreBefore(openTarget());
+    showNotice();
+    const bool inside = module_.view.viewEndCh <= module_.spectrum.channelCount;
+    showLoaded([&] { inside ? view_.redraw() : view_.showNewSpectrum(); },
+               module_.peakArea.currentSet);
+    focusPlot();
+}
+
+void Form2::closeNotice() {
+    module_.notice.lines.clear();
+    showNotice();
     focusPlot();
 }
 
@@ -109,6 +153,10 @@ void Form2::showLoaded(ShowPlot showPlot, std::int16_t peakSet) {
 }
 
 void Form2::showCaption() {
+    if (module_.spectrum.filePath.empty()) {
+        setWindowTitle(baseCaption());
+        return;
+    }
     QString path = signsOfPath(module_.spectrum.filePath);
     // In a window title Qt takes this for the mark of unsaved changes.
     path.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));

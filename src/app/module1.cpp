@@ -21,7 +21,7 @@ void startModule1(Module1& module, const std::string& systemDir,
     module.view = ViewState{};
     module.nuclRoiOn = true;
     spectrum.calDefault = startCalibration;
-    spectrum.useFileCalibration = 1;
+    spectrum.useFileCalibration = true;
 }
 
 }  // namespace kestrel

@@ -12,8 +12,7 @@
 #include "base/palette.h"
 #include "nuclide/database.h"
 #include "nuclide/nuclide_data.h"
-#include "spectrum/derived_arrays.h"
-#include "spectrum/spectrum.h"
+#include "spectrum/notice.h"
 #include "view/nuclide_marks.h"
 #include "view/view_state.h"
 
@@ -23,6 +22,7 @@ struct Module1 {
     Spectrum spectrum;
     DerivedArrays derived;
     std::vector<std::string> headerLines;  // what the data information window lists
+    Notice notice;                         // what the main window says of the spectrum
     ViewState view;
     ChannelArray<Colour> channelColour;  // 0: no nuclide mark
     Palette palette = standardPalette;

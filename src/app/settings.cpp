@@ -41,7 +41,7 @@ constexpr std::string_view peakSection = "[pk pos]";
 struct Stored {
     Settings settings;
     Calibration calDefault;
-    std::int16_t useFileCalibration;
+    bool useFileCalibration;
 };
 
 // A path with a NUL names nothing, but the system's calls would take it for the part in front.
@@ -69,7 +69,7 @@ void readCalibration(FieldReader& fields, Stored& stored) {
     stored.calDefault.a = fields.number();
     stored.calDefault.b = fields.number();
     stored.calDefault.c = fields.number();
-    stored.useFileCalibration = fields.int16();
+    stored.useFileCalibration = fields.int16() != 0;
 }
 
 void readPlacements(FieldReader& fields, WindowPlacements& placements) {
@@ -120,7 +120,8 @@ std::string calibrationText(const Stored& stored) {
     FieldWriter lines;
     const Calibration& calibration = stored.calDefault;
     lines.record(calibrationSection);
-    lines.record(calibration.a, calibration.b, calibration.c, stored.useFileCalibration);
+    lines.record(calibration.a, calibration.b, calibration.c,
+                 std::int16_t{stored.useFileCalibration});
     return lines.contents();
 }
 

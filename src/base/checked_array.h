@@ -40,6 +40,8 @@ class CheckedArray {
     auto begin() const { return items_.begin(); }
     auto end() const { return items_.end(); }
 
+    friend bool operator==(const CheckedArray&, const CheckedArray&) = default;
+
   private:
     static std::size_t checked(std::int64_t index) {
         if (index < 0 || index >= static_cast<std::int64_t>(N))

@@ -25,17 +25,22 @@ QAction* menuItem(QMenuBar* menu, const char* name, const char* caption) {
 
 }  // namespace
 
-Form8::Form8(const PrintoutInput& input, Dialogs& dialogs, WindowPlacement& placement,
-             QWidget* parent)
+Form8::Form8(const PrintoutInput& input, const Notice& notice, Dialogs& dialogs,
+             WindowPlacement& placement, QWidget* parent)
     : ModalForm("Form8", "Print Image", placement, parent),
       menu_(new QMenuBar(this)),
       printAction(menuItem(menu_, "prn1", "&Print")),
       cancelAction(menuItem(menu_, "can1", "&Cancel")),
+      noticeLine_(new NoticeLine(NoticeLine::Kind::TextOnly, this)),
       input_(input),
       dialogs_(dialogs),
       layout_(dialogs.pageLayout()),
       canvas_(printFont()) {
-    (new QVBoxLayout(this))->setMenuBar(menu_);
+    auto* column = new QVBoxLayout(this);
+    column->setMenuBar(menu_);
+    column->addWidget(noticeLine_);
+    column->addStretch();
+    noticeLine_->say(notice.text());
     connect(printAction, &QAction::triggered, this, &Form8::print);
     connect(cancelAction, &QAction::triggered, this, &Form8::reject);
     resize(screen()->availableSize() * 0.85);
@@ -81,9 +86,9 @@ void Form8::drawPreview() {
 
 // As large as the window has room for it, in the middle.
 QRectF Form8::paperRect() const {
-    const QRectF room = contentsRect()
-                            .adjusted(0, menu_->height(), 0, 0)
-                            .adjusted(margin, margin, -margin, -margin);
+    const int top = noticeLine_->isVisible() ? noticeLine_->geometry().bottom() : menu_->height();
+    const QRectF room =
+        contentsRect().adjusted(0, top, 0, 0).adjusted(margin, margin, -margin, -margin);
     const QSizeF size =
         QSizeF(layout_.paperWidth, layout_.paperHeight).scaled(room.size(), Qt::KeepAspectRatio);
     QRectF paper(QPointF(), size);

@@ -5,7 +5,9 @@
 #include <QMenuBar>
 
 #include "print/spectrum_printout.h"
+#include "spectrum/notice.h"
 #include "ui/modal_form.h"
+#include "ui/notice_line.h"
 #include "ui/painter_canvas.h"
 
 namespace kestrel {
@@ -17,8 +19,8 @@ class Form8 : public ModalForm {
 
   public:
     // What `input` refers to, `dialogs` and `placement` must outlive the window.
-    Form8(const PrintoutInput& input, Dialogs& dialogs, WindowPlacement& placement,
-          QWidget* parent);
+    Form8(const PrintoutInput& input, const Notice& notice, Dialogs& dialogs,
+          WindowPlacement& placement, QWidget* parent);
 
     QAction* const printAction;
     QAction* const cancelAction;
@@ -36,6 +38,7 @@ class Form8 : public ModalForm {
     bool drawSheet(const PageLayout& layout, Canvas& canvas);
     QRectF paperRect() const;
 
+    NoticeLine* const noticeLine_;
     PrintoutInput input_;
     Dialogs& dialogs_;
     PageLayout layout_;

@@ -1,5 +1,6 @@
 #include "spectrum/csv_export.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -46,16 +47,23 @@ std::string csvText(const Spectrum& spectrum) {
     return text;
 }
 
-void saveAsCsv(Spectrum& spectrum, std::string& lastDirectory, Dialogs& dialogs) {
+bool countsFitCsv(const Spectrum& spectrum) {
+    return std::ranges::all_of(
+        spectrum.counts.span(0, spectrum.channelCount),
+        [](std::int32_t counts) { return counts > -1'000'000 && counts < 10'000'000; });
+}
+
+bool saveAsCsv(Spectrum& spectrum, std::string& lastDirectory, Dialogs& dialogs) {
     const FileChoice choice = dialogs.saveFile({.title = "Save as CSV",
                                                 .filters = {{"csv file(s)", "*.csv"}},
                                                 .filterIndex = 1,
                                                 .folder = lastDirectory});
     lastDirectory = currentDirectory();
     if (choice.path.empty())
-        return;
+        return false;
     spectrum.filePath = choice.path;
     replaceFile(spectrum.filePath, csvText(spectrum));
+    return true;
 }
 
 }  // namespace kestrel

@@ -12,9 +12,12 @@ namespace kestrel {
 // leading digits. Faults: SubscriptOutOfRange for more than 17001 channels.
 std::string csvText(const Spectrum& spectrum);
 
+// Whether every count stands in its column with all its digits.
+bool countsFitCsv(const Spectrum& spectrum);
+
 // Asks for a file, starting in `lastDirectory`, which then becomes the current directory, and
 // writes the spectrum to it. From then on spectrum.filePath is the path of the CSV file, also when
-// writing it fails. Faults: those of csvText and replaceFile.
-void saveAsCsv(Spectrum& spectrum, std::string& lastDirectory, Dialogs& dialogs);
+// writing it fails. False when the user cancelled. Faults: those of csvText and replaceFile.
+bool saveAsCsv(Spectrum& spectrum, std::string& lastDirectory, Dialogs& dialogs);
 
 }  // namespace kestrel

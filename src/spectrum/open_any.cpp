@@ -108,13 +108,7 @@ OpenResult openExchangeFile(const std::string& path, const OpenTarget& target, D
     const std::vector<std::string> notices = takeMeasured(measured, group, target.spectrum);
     target.spectrum.filePath = path;
     finishOpening(target);
-    if (!notices.empty())
-        dialogs.message(
-            {.text = "The file is shown with these remarks:",
-             .details = std::accumulate(notices.begin() + 1, notices.end(), notices.front(),
-                                        [](const std::string& all, const std::string& next) {
-                                            return all + "\n" + next;
-                                        })});
+    target.notice.lines = notices;
     return OpenResult::Loaded;
 }
 

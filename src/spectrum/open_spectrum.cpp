@@ -22,15 +22,40 @@ FileDialog openDialog(const std::string& folder, int filterIndex) {
     return dialog;
 }
 
+std::shared_ptr<const OpenedSpectrum> copyOf(const OpenTarget& target) {
+    auto copy = std::make_shared<OpenedSpectrum>();
+    copy->spectrum = target.spectrum;
+    copy->derived = target.derived;
+    copy->headerLines = target.headerLines;
+    return copy;
+}
+
+// After the second of two refused files there is still the way back to what was there before both.
+void tellOfRefusal(const std::shared_ptr<const OpenedSpectrum>& before, const OpenTarget& target) {
+    Notice& notice = target.notice;
+    if (notice.before == nullptr)
+        notice.before = before;
+    const Spectrum& spectrum = target.spectrum;
+    notice.lines = {refusalNotice(spectrum.filePath, notice.before->spectrum, spectrum)};
+}
+
 OpenResult openChosenFile(const FileChoice& choice, const OpenTarget& target,
                           std::string& lastDirectory, int& lastFilterIndex, Dialogs& dialogs) {
     lastFilterIndex = choice.filterIndex;
     lastDirectory = currentDirectory();
     if (choice.path.empty())
         return OpenResult::Cancelled;
+    const std::shared_ptr<const OpenedSpectrum> before = copyOf(target);
     target.spectrum.filePath = choice.path;
-    return readSpectrumByFormat(lastFilterIndex, target, dialogs) ? OpenResult::Loaded
-                                                                  : OpenResult::Refused;
+    try {
+        if (readSpectrumByFormat(lastFilterIndex, target, dialogs))
+            return OpenResult::Loaded;
+    } catch (const RuntimeFault&) {
+        tellOfRefusal(before, target);
+        throw;
+    }
+    tellOfRefusal(before, target);
+    return OpenResult::Refused;
 }
 
 // Stands where no reader can put a time.
@@ -125,13 +150,24 @@ OpenResult openSpectrumPath(const std::string& path, const OpenTarget& target,
 
 void finishOpening(const OpenTarget& target) {
     Spectrum& spectrum = target.spectrum;
-    if (spectrum.useFileCalibration == 0)
+    if (!spectrum.useFileCalibration)
         spectrum.calCurrent = spectrum.calDefault;
     computeDerivedArrays(spectrum, target.derived);
+    target.notice = {};
     target.headerLines = buildHeaderLines(spectrum);
     for (const NamedValue& detail : spectrum.details)
         target.headerLines.push_back(detail.name + ": " + detail.value);
     spectrum.openedLiveTime = spectrum.liveTime;
+}
+
+void restoreBefore(const OpenTarget& target) {
+    const std::shared_ptr<const OpenedSpectrum> before = target.notice.before;
+    if (before == nullptr)
+        return;
+    restoreSpectrum(*before, target.spectrum);
+    target.derived = before->derived;
+    target.headerLines = before->headerLines;
+    target.notice = {};
 }
 
 bool readSpectrumByFormat(int filterIndex, const OpenTarget& target, Dialogs& dialogs) {
@@ -139,11 +175,15 @@ bool readSpectrumByFormat(int filterIndex, const OpenTarget& target, Dialogs& di
     const ReadResult result = readWithFilter(filterIndex, spectrum, dialogs);
     if (result.end == Reading::Refused) {
         dialogs.message({.text = "File does not read.\nDifferent format ?!   Check file type !!",
-                         .details = result.reason + '\n' + spectrum.filePath});
+                         .details = result.reason.empty()
+                                        ? spectrum.filePath
+                                        : result.reason + '\n' + spectrum.filePath});
         return false;
     }
     spectrum.details.clear();
     finishOpening(target);
+    if (!result.missing.empty())
+        target.notice.add(result.missing);
     return true;
 }
 

@@ -6,16 +6,17 @@
 #include <vector>
 
 #include "base/dialogs.h"
-#include "spectrum/derived_arrays.h"
-#include "spectrum/spectrum.h"
+#include "spectrum/notice.h"
 
 namespace kestrel {
 
-// Everything that opening a file fills.
+// Everything that opening a file fills. The notice goes with a file that opens well; one that is
+// refused or fails leaves it with what was there before.
 struct OpenTarget {
     Spectrum& spectrum;
     DerivedArrays& derived;
     std::vector<std::string>& headerLines;
+    Notice& notice;
 };
 
 enum class OpenResult { Cancelled, Refused, Loaded };
@@ -33,13 +34,16 @@ OpenResult openSpectrumPath(const std::string& path, const OpenTarget& target,
                             std::string& lastDirectory, int& lastFilterIndex, Dialogs& dialogs);
 
 // What follows the reading, whatever the format: the calibration that the user wants, the channel
-// arrays, the header lines, and the times in whole seconds. Faults: those of computeDerivedArrays.
+// arrays, and the header lines. Faults: those of computeDerivedArrays.
 void finishOpening(const OpenTarget& target);
 
-// Reads `spectrum.filePath` with the reader of a filter entry (counted from 1), derives the channel
-// arrays and the header lines, and turns the times from 20 ms ticks into whole seconds. False,
-// after a message, when the name lacks the entry's extension or the file is not of its format.
-// Faults: those of the readers and of computeDerivedArrays.
+// Brings back what the notice keeps, and empties it. Without anything kept it does nothing.
+void restoreBefore(const OpenTarget& target);
+
+// Reads `spectrum.filePath` with the reader of a filter entry (counted from 1), and derives the
+// channel arrays and the header lines. False, after a message, when the name lacks the entry's
+// extension or the file is not of its format. Faults: those of the readers and of
+// computeDerivedArrays.
 bool readSpectrumByFormat(int filterIndex, const OpenTarget& target, Dialogs& dialogs);
 
 }  // namespace kestrel

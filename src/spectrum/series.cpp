@@ -57,19 +57,24 @@ Place placeOf(const std::string& name) {
 // What a file that is not taken leaves in the record is undone.
 class KeptSpectrum {
   public:
-    explicit KeptSpectrum(Spectrum& spectrum)
-        : spectrum_(spectrum), before_(std::make_unique<Spectrum>(spectrum)) {}
+    explicit KeptSpectrum(const OpenTarget& target)
+        : target_(target),
+          before_(std::make_unique<Spectrum>(target.spectrum)),
+          notice_(target.notice) {}
     ~KeptSpectrum() {
-        if (before_)
-            spectrum_ = std::move(*before_);
+        if (before_ == nullptr)
+            return;
+        target_.spectrum = std::move(*before_);
+        target_.notice = std::move(notice_);
     }
     KeptSpectrum(const KeptSpectrum&) = delete;
     KeptSpectrum& operator=(const KeptSpectrum&) = delete;
     void letGo() { before_.reset(); }
 
   private:
-    Spectrum& spectrum_;
+    const OpenTarget& target_;
     std::unique_ptr<Spectrum> before_;
+    Notice notice_;
 };
 
 }  // namespace
@@ -107,7 +112,7 @@ OpenResult openNeighbour(Direction direction, std::string& present, const OpenTa
         return OpenResult::Cancelled;
     }
     present = path;
-    KeptSpectrum kept(target.spectrum);
+    KeptSpectrum kept(target);
     const OpenResult result = openAnyPath(path, target, lastDirectory, lastFilterIndex, dialogs);
     if (result == OpenResult::Loaded)
         kept.letGo();

@@ -54,11 +54,13 @@ struct ChnTrailer {
 
     // The calibration widened to doubles.
     Calibration calibration() const { return {double{calA}, double{calB}, double{calC}}; }
+    friend bool operator==(const ChnTrailer&, const ChnTrailer&) = default;
 };
 
 // What a CHN file of the second kind carries after its comment.
 struct ChnExtension {
     Calibration calibration;
+    friend bool operator==(const ChnExtension&, const ChnExtension&) = default;
 };
 
 // Something that a file tells and no field holds.
@@ -85,7 +87,7 @@ struct Spectrum {
     Calibration calCurrent = startCalibration;
     Calibration calFromFile = startCalibration;
     Calibration calDefault = startCalibration;
-    std::int16_t useFileCalibration = 1;  // 0: calDefault replaces what a file brings
+    bool useFileCalibration = true;  // false: calDefault replaces what a file brings
     std::string filePath;
     // Of the file that was opened last, for count rates and the plot. A file that is refused leaves
     // it alone.
@@ -101,6 +103,7 @@ struct Spectrum {
     std::int32_t countsAt(std::int64_t channel) const {
         return channel >= channelCount ? 0 : counts[channel];
     }
+    friend bool operator==(const Spectrum&, const Spectrum&) = default;
 };
 
 }  // namespace kestrel

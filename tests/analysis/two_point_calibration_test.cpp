@@ -14,7 +14,7 @@ namespace {
 class TwoPoints : public testing::Test {
   protected:
     TwoPoints() {
-        spectrum->useFileCalibration = 0;
+        spectrum->useFileCalibration = false;
         spectrum->calFromFile = {1, 2, 3};
         spectrum->calCurrent = {4, 5, 6};
     }
@@ -72,7 +72,7 @@ TEST_F(TwoPoints, ThatDoNotRiseAreRefusedAndChangeNothing) {
 }
 
 TEST_F(TwoPoints, AreNotLookedAtWhereTheFileCalibrationCounts) {
-    spectrum->useFileCalibration = 1;
+    spectrum->useFileCalibration = true;
     EXPECT_TRUE(accept({"9", "9", "1", "1"}));
     EXPECT_TRUE(dialogs.messages.empty());
     EXPECT_EQ(spectrum->calCurrent, spectrum->calFromFile);

@@ -77,7 +77,7 @@ class SettingsFile : public testing::Test {
         kept.settings.lastDirectory = folder_.file("sub");
         kept.settings.saveAsDir = "/s";
         kept.spectrum.calDefault = {-1.25, 1e-7, 3};
-        kept.spectrum.useFileCalibration = 0;
+        kept.spectrum.useFileCalibration = false;
         kept.settings.windowPlacement[16] = {-1, 2, 2147483647, -2147483647 - 1};
         kept.settings.peakSetCount = 2;
         kept.settings.peakSets[0].name.assign("Cs-137, \"661\"");
@@ -136,7 +136,7 @@ TEST_F(SettingsFile, IsFoundInAnyOrderQuotingAndLineEnd) {
     EXPECT_EQ(kept.settings.peakSets[0].pkHigh, 6);
     EXPECT_EQ(kept.settings.peakSets[0].name, FixedText<24>("a\"b,c"));
     EXPECT_EQ(kept.spectrum.calDefault, (Calibration{-1.5, 0.2, 0.25}));
-    EXPECT_EQ(kept.spectrum.useFileCalibration, 0);
+    EXPECT_FALSE(kept.spectrum.useFileCalibration);
     EXPECT_EQ(kept.settings.lastDirectory, "/a b ");
     EXPECT_EQ(kept.settings.saveAsDir, "");
     EXPECT_EQ(kept.settings.marigoldDir, "last line");
@@ -183,7 +183,7 @@ TEST_F(SettingsFile, KeepsWhatStoodBeforeANumberThatDoesNotFit) {
     for (const char* number : {"32768", "-32769", "1E999"}) {
         const Kept kept = read("[ene cal]\n1,2,3,"s + number + "\n[pk pos]\n5\n");
         EXPECT_EQ(kept.spectrum.calDefault, (Calibration{1, 2, 3})) << number;
-        EXPECT_EQ(kept.spectrum.useFileCalibration, 1) << number;
+        EXPECT_TRUE(kept.spectrum.useFileCalibration) << number;
         EXPECT_EQ(kept.settings.peakSetCount, 0) << number;
     }
     const WindowPlacements windows =
@@ -249,14 +249,14 @@ TEST_F(SettingsFile, TakesOnlyItsOwnChangesFromEachInstance) {
     a.settings.peakSets[0].pkHigh = 77;
     writePeakRegions(a.settings, a.spectrum);
     b.settings.marigoldDir = "/other";
-    b.spectrum.useFileCalibration = 1;
+    b.spectrum.useFileCalibration = true;
     writeSettings(b.settings, b.spectrum);
     a.settings.windowPlacement[3].left = 5;
     writeSettings(a.settings, a.spectrum);
     Kept expected = sample();
     expected.settings.peakSets[0].pkHigh = 77;
     expected.settings.marigoldDir = "/other";
-    expected.spectrum.useFileCalibration = 1;
+    expected.spectrum.useFileCalibration = true;
     expected.settings.windowPlacement[3].left = 5;
     EXPECT_EQ(folder_.read("kestrel.inf"), written(expected));
     folder_.write("kestrel.inf", "");

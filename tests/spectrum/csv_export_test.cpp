@@ -76,5 +76,16 @@ TEST_F(CsvExport, KeepsTheSignOfANegativeCountAndTheLastFiguresOfALongOne) {
     EXPECT_NE(text.find("     0,     -5\r\n     1,7483647\r\n"), std::string::npos) << text;
 }
 
+TEST(CsvColumns, KnowsWhichCountsHaveRoom) {
+    auto spectrum = std::make_unique<Spectrum>();
+    spectrum->channelCount = 3;
+    spectrum->counts[3] = 2000000000;  // behind the last channel
+    for (const auto& [counts, fits] :
+         {std::pair{9999999, true}, {10000000, false}, {-999999, true}, {-1000000, false}}) {
+        spectrum->counts[2] = counts;
+        EXPECT_EQ(countsFitCsv(*spectrum), fits) << counts;
+    }
+}
+
 }  // namespace
 }  // namespace kestrel

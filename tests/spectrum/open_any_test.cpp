@@ -29,7 +29,7 @@ class OpenAny : public testing::Test {
 
     OpenResult open(const std::string& name, const std::string& bytes) {
         dialogs.messages.clear();
-        return openAnyPath(folder.write(name, bytes), {spectrum, derived, headerLines},
+        return openAnyPath(folder.write(name, bytes), {spectrum, derived, headerLines, notice},
                            lastDirectory, lastFilterIndex, dialogs);
     }
     const std::filesystem::path before = std::filesystem::current_path();
@@ -38,6 +38,7 @@ class OpenAny : public testing::Test {
     Spectrum spectrum;
     DerivedArrays derived;
     std::vector<std::string> headerLines;
+    Notice notice;
     std::string lastDirectory;
     int lastFilterIndex = 3;
 };
@@ -65,6 +66,7 @@ TEST_F(OpenAny, AsksWhichSpectrumAndWhetherToGroup) {
     EXPECT_EQ(open("b.spe", spe(20000, "two")), OpenResult::Loaded);
     EXPECT_THAT(dialogs.messages.at(0).text, HasSubstr("groups of 2 channels"));
     EXPECT_EQ(spectrum.channelCount, 10000);
+    EXPECT_EQ(notice.text(), "Groups of 2 channels are added.");
     dialogs.messageAnswer = false;
     for (const std::string& bytes : {two, spe(20000, "two")})
         EXPECT_EQ(open("c.spe", bytes), OpenResult::Cancelled);
@@ -79,9 +81,9 @@ TEST_F(OpenAny, LeavesTheLoadedSpectrumAloneWhenItRefuses) {
     EXPECT_EQ(spectrum.channelCount, 8);
     EXPECT_THAT(spectrum.filePath, HasSubstr("a.spe"));
     dialogs.fileAnswer = {};
-    EXPECT_EQ(
-        openAnySpectrum({spectrum, derived, headerLines}, lastDirectory, lastFilterIndex, dialogs),
-        OpenResult::Cancelled);
+    EXPECT_EQ(openAnySpectrum({spectrum, derived, headerLines, notice}, lastDirectory,
+                              lastFilterIndex, dialogs),
+              OpenResult::Cancelled);
     EXPECT_THAT(dialogs.fileDialogs.back().filters.front().pattern, HasSubstr("*.n42"));
 }
 

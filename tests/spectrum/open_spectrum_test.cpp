@@ -18,12 +18,12 @@ class OpenSpectrum : public testing::Test {
   protected:
     OpenResult open(const std::string& path, int filterIndex = 1) {
         dialogs.fileAnswer = {.path = path, .filterIndex = filterIndex};
-        return openSpectrumFile({spectrum, derived, headerLines}, lastDirectory, lastFilterIndex,
-                                dialogs);
+        return openSpectrumFile({spectrum, derived, headerLines, notice}, lastDirectory,
+                                lastFilterIndex, dialogs);
     }
 
     OpenResult openPath(const std::string& path) {
-        return openSpectrumPath(path, {spectrum, derived, headerLines}, lastDirectory,
+        return openSpectrumPath(path, {spectrum, derived, headerLines, notice}, lastDirectory,
                                 lastFilterIndex, dialogs);
     }
 
@@ -32,6 +32,7 @@ class OpenSpectrum : public testing::Test {
     Spectrum spectrum;
     DerivedArrays derived;
     std::vector<std::string> headerLines;
+    Notice notice;
     std::string lastDirectory = "/somewhere";
     int lastFilterIndex = 3;
 };
@@ -203,9 +204,46 @@ TEST_F(OpenSpectrum, LeavesInTheRecordWhatWasReadOfARefusedFile) {
         EXPECT_EQ(spectrum.comment.trimmed(), "comment");
         EXPECT_EQ(spectrum.mcaNumber, c.mca);
         EXPECT_EQ(spectrum.liveTime.wholeSeconds(), c.seconds);
-        EXPECT_EQ(dialogs.messages.back().details,
-                  std::string(c.reason) + '\n' + folder.file("a.chn.asc.txt"));
+        EXPECT_EQ(dialogs.messages.back().details, c.reason + "\n" + spectrum.filePath);
     }
+}
+
+TEST_F(OpenSpectrum, TellsWhatARefusalLeftAndBringsBackWhatWasThereBefore) {
+    const std::string good = folder.write("good.chn", test::ChnBytes{}.bytes());
+    const std::string halfWay =
+        " failed half-way: what is shown mixes two spectra. Open a spectrum before you measure.";
+    const std::string cut = test::ChnBytes{.channelCount = 4096}.bytes();
+    struct Case {
+        std::string path;
+        std::string notice;
+        bool faults = false;
+    };
+    for (const Case& c :
+         {Case{folder.write("a.asc", "x"),
+               "a.asc was refused; the name in results and printouts is the refused file's until "
+               "another is opened."},
+          Case{folder.write("junk.chn", std::string(2000, 'n')), "Reading junk.chn" + halfWay},
+          Case{folder.write("long.chn", test::ChnBytes{.channelCount = 17002}.bytes()),
+               "Reading long.chn" + halfWay, true}}) {
+        ASSERT_EQ(open(good), OpenResult::Loaded);
+        EXPECT_EQ(notice.text(), "");
+        const auto before = std::make_unique<Spectrum>(spectrum);
+        // The second time, too, the way back is to the good one.
+        for (int times = 0; times < 2; ++times) {
+            if (c.faults)
+                EXPECT_FAULT(open(c.path), Fault::SubscriptOutOfRange);
+            else
+                EXPECT_EQ(open(c.path), OpenResult::Refused);
+            EXPECT_EQ(notice.text(), c.notice);
+        }
+        restoreBefore({spectrum, derived, headerLines, notice});
+        EXPECT_TRUE(spectrum == *before) << c.path;
+        EXPECT_EQ(notice.text(), "");
+    }
+    EXPECT_EQ(open(folder.write("cut.chn", cut)), OpenResult::Loaded);
+    EXPECT_EQ(notice.text(),
+              "The file ends before its counts: channels 4 to 4095 are missing and shown as 0.");
+    EXPECT_EQ(notice.before, nullptr);
 }
 
 TEST_F(OpenSpectrum, GoesOnAfterAFault) {

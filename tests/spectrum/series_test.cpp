@@ -19,8 +19,8 @@ class Series : public testing::Test {
     // The name of the file that leafing came to, and how it ended.
     std::string leaf(Direction direction) {
         const OpenResult result =
-            openNeighbour(direction, present, {spectrum, derived, headerLines}, lastDirectory,
-                          lastFilterIndex, dialogs);
+            openNeighbour(direction, present, {spectrum, derived, headerLines, notice},
+                          lastDirectory, lastFilterIndex, dialogs);
         const std::string name = std::filesystem::path(present).filename().string();
         return result == OpenResult::Loaded ? name
                                             : name + (result == OpenResult::Refused ? "!" : ".");
@@ -31,6 +31,7 @@ class Series : public testing::Test {
     Spectrum spectrum;
     DerivedArrays derived;
     std::vector<std::string> headerLines;
+    Notice notice;
     std::string present;
     std::string lastDirectory = folder.path();
     int lastFilterIndex = 1;
@@ -53,6 +54,7 @@ TEST_F(Series, GoesThroughTheSpectraOfAFolderInOrder) {
     EXPECT_EQ(leaf(Direction::Next), "run2.chn!");
     EXPECT_EQ(spectrum.filePath, folder.file("run1.chn")) << "the spectrum stays";
     EXPECT_EQ(spectrum.counts[2], 3);
+    EXPECT_TRUE(notice.text().starts_with("The file ends")) << "of run1, which stays";
     EXPECT_NE(dialogs.messages.back().details.find("run2.chn"), std::string::npos);
     for (const char* name : {"Run9.CHN", "run010.chn", "run10.chn", "run30.chn", "run30.chn."})
         EXPECT_EQ(leaf(Direction::Next), name);

@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QDialog>
 #include <QDropEvent>
+#include <QLabel>
 #include <QMenu>
 #include <QMimeData>
 #include <QRegularExpression>
@@ -222,6 +223,30 @@ TEST_F(MainWindow, LeafsThroughAFolderInTheSameViewAndWithTheSameRegions) {
     key(Qt::Key_U, Qt::ControlModifier);
     EXPECT_EQ(dialogs.messages.size(), 3U);
     EXPECT_NE(caption().find("/a2.chn"), std::string::npos) << caption();
+}
+
+TEST_F(MainWindow, SaysWhatARefusedFileLeftAndBringsTheSpectrumBack) {
+    openSample();
+    const auto* notice = form2->findChild<NoticeLine*>();
+    const auto* text = notice->findChild<QLabel*>();
+    auto* restore = notice->findChild<QPushButton*>(QStringLiteral("restore"));
+    EXPECT_FALSE(notice->isVisible());
+    const ViewState before = module->view;
+    form2->openSpectrumPath(folder.write("junk.chn", std::string(2000, 'n')));
+    EXPECT_TRUE(notice->isVisible() && restore->isVisible());
+    EXPECT_TRUE(text->text().startsWith("Reading junk.chn failed half-way"))
+        << text->text().toStdString();
+    EXPECT_EQ(notice->accessibleName(), text->text());
+    restore->click();
+    EXPECT_FALSE(notice->isVisible());
+    EXPECT_EQ(module->spectrum.channelCount, 4096);
+    EXPECT_EQ(module->view.viewWidth, before.viewWidth);
+    EXPECT_EQ(module->view.cursorCh, before.cursorCh);
+    EXPECT_TRUE(form2->plotArea->hasFocus());
+    form2->openSpectrumPath(folder.write("cut.chn", test::ChnBytes{.channelCount = 4096}.bytes()));
+    EXPECT_TRUE(notice->isVisible() && !restore->isVisible());
+    notice->findChild<QPushButton*>(QStringLiteral("closeNotice"))->click();
+    EXPECT_FALSE(notice->isVisible());
 }
 
 // Whether the widget takes what is dragged over it; it is then dropped there.

@@ -245,8 +245,8 @@ TEST_F(Printing, ResultsArePrintedFromTheirWindow) {
         set.bkg2Low = static_cast<std::int16_t>(centre + 20);
         set.bkg2High = static_cast<std::int16_t>(centre + 30);
     }
-    const ResultSource source{module->spectrum, settings.peakSets, settings.peakSetCount,
-                              settings.saveAsDir, dialogs};
+    const ResultSource source{module->spectrum,   settings.peakSets, settings.peakSetCount,
+                              settings.saveAsDir, module->notice,    dialogs};
     Form11 form11(source, {}, settings.windowPlacement[11], form2.get());
     form11.show();
     QTest::mouseClick(form11.printButton, Qt::LeftButton);

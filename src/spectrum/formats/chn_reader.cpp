@@ -144,7 +144,7 @@ ReadResult readChnFile(InputFile& input, Spectrum& spectrum) {
     const ChnKind kind = kindOf(spectrum, static_cast<double>(input.size()));
     completeStartTime(spectrum);
     readAfterCounts(file, kind, spectrum);
-    if (spectrum.useFileCalibration == 0)
+    if (!spectrum.useFileCalibration)
         spectrum.calCurrent = spectrum.calDefault;
     return {.missing = missingParts(spectrum, kind, input.size())};
 }

@@ -46,7 +46,7 @@ class AllFormats : public testing::Test {
   protected:
     bool open(int filter, const std::string& path) {
         spectrum->filePath = path;
-        return readSpectrumByFormat(filter, {*spectrum, *derived, headerLines}, dialogs);
+        return readSpectrumByFormat(filter, {*spectrum, *derived, headerLines, notice}, dialogs);
     }
     // The fault that opening raised, 0 for none.
     int openBytes(int filter, std::string_view bytes) {
@@ -59,6 +59,7 @@ class AllFormats : public testing::Test {
     std::unique_ptr<Spectrum> spectrum = std::make_unique<Spectrum>();
     std::unique_ptr<DerivedArrays> derived = std::make_unique<DerivedArrays>();
     std::vector<std::string> headerLines;
+    Notice notice;
 };
 
 // A format without them would pass all that follows unread.
@@ -118,7 +119,7 @@ TEST_F(AllFormats, CarryTheSameSpectrum) {
 
 TEST_F(AllFormats, PutTheUserCalibrationInForceWhenTheFilesAreNotToBeUsed) {
     for (const Form& form : forms) {
-        spectrum->useFileCalibration = 0;
+        spectrum->useFileCalibration = false;
         spectrum->calDefault = {7, 8, 9};
         ASSERT_TRUE(open(form.entry(), form.path));
         EXPECT_EQ(spectrum->calCurrent, spectrum->calDefault) << form.sample;

@@ -46,7 +46,7 @@ TEST_F(ChnReader, TakesTheCalibrationOfTheExtensionAndOfTheTrailer) {
     EXPECT_EQ(spectrum.chnTrailer.detector.trimmed(), "HPGe");
     EXPECT_EQ(spectrum.startTime.view(), "123037");
 
-    spectrum.useFileCalibration = 0;
+    spectrum.useFileCalibration = false;
     spectrum.calDefault = {9, 8, 7};
     ASSERT_TRUE(read(third.bytes()));
     EXPECT_EQ(spectrum.calCurrent, (Calibration{9, 8, 7}));

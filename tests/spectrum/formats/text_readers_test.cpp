@@ -75,9 +75,10 @@ class TextReaders : public test::ReaderTest {
         test::ScriptedDialogs dialogs;
         const auto derived = std::make_unique<DerivedArrays>();
         std::vector<std::string> headerLines;
+        Notice notice;
         spectrum.filePath = folder.write("file.asc.txt", changed(form.file, from, to));
         EXPECT_FALSE(readSpectrumByFormat(static_cast<int>(form.id),
-                                          {spectrum, *derived, headerLines}, dialogs));
+                                          {spectrum, *derived, headerLines, notice}, dialogs));
         const std::string& details = dialogs.messages.back().details;
         return details.substr(0, details.find('\n'));
     }
