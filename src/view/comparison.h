@@ -1,0 +1,44 @@
+// A second spectrum beside the one that is shown: its scale, and the difference of the two.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "spectrum/spectrum.h"
+#include "view/redistribution.h"
+
+namespace kestrel {
+
+enum class CompareScale : std::int16_t {
+    LiveTime,     // as many counts as in the live time of the first
+    ShownCounts,  // as many counts as the first has in the channels shown
+    OneToOne,
+};
+
+// The first spectrum, and the second on its channels.
+struct SpectrumPair {
+    const Spectrum& first;
+    const Spectrum& second;
+    const Redistributed& onFirst;
+};
+
+// What the counts of the second are multiplied by; none where it cannot be told: without live
+// times, or without counts above 0 in channels `from` to `to`. Channels outside the first spectrum
+// have none.
+std::optional<double> scaleFactor(CompareScale scale, const SpectrumPair& pair, int from, int to);
+
+// The first minus the scaled second, and its standard error.
+struct Difference {
+    double counts = 0;
+    double error = 0;
+
+    // In standard deviations; 0 where there is no error, that is without counts in both.
+    double deviations() const { return error > 0 ? counts / error : 0; }
+};
+
+// In a channel, with the error sqrt(N1 + factor^2 * V2) of independent Poisson counts, V2 being the
+// variance of the second on this channel. The factor counts as exact: an error of its own, as it
+// has by shown counts, would be common to all channels. Outside the first spectrum all are 0.
+Difference differenceAt(const SpectrumPair& pair, double factor, int channel);
+
+}  // namespace kestrel
