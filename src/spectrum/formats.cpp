@@ -90,6 +90,9 @@ constexpr bool standInOrder() {
 static_assert(standInOrder());
 
 void blankWhatIsNotCarried(const SpectrumFormat& format, Spectrum& spectrum) {
+    spectrum.chnTrailer.detector.assign("");
+    spectrum.chnTrailer.detectorLength = 0;
+    spectrum.chnTrailer.resolution = {};
     if (format.start == StartOf::None)
         clearStart(spectrum);
     if (!format.description)

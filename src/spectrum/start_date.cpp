@@ -1,6 +1,5 @@
 #include "spectrum/start_date.h"
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -52,23 +51,29 @@ unsigned monthOf(std::string_view name) {
 
 }  // namespace
 
+std::optional<std::chrono::year_month_day> calendarDate(const FixedText<8>& startDate) {
+    const std::optional<std::int16_t> year = yearOf(startDate);
+    if (!year || *year > lastCalendarYear)
+        return std::nullopt;
+    const std::chrono::year_month_day date{std::chrono::year(*year),
+                                           std::chrono::month(monthOf(startDate.characters(3, 3))),
+                                           std::chrono::day(dayOf(startDate.characters(1, 2)))};
+    return date.ok() ? std::optional(date) : std::nullopt;
+}
+
 std::string formatStartDate(const FixedText<8>& startDate) {
     if (startDate.trimmed().empty())
         return {};
-    const std::string_view day = startDate.characters(1, 2);
-    const std::string_view month = startDate.characters(3, 3);
-    const std::string text = std::string(day) + "/" + std::string(month) + "/";
-
+    if (const auto date = calendarDate(startDate))
+        return plainNumber(std::int64_t{int{date->year()}}) + "/" +
+               formatNumber(unsigned{date->month()}, "00") + "/" +
+               formatNumber(unsigned{date->day()}, "00");
+    const std::string text = std::string(startDate.characters(1, 2)) + "/" +
+                             std::string(startDate.characters(3, 3)) + "/";
     const std::optional<std::int16_t> year = yearOf(startDate);
-    if (!year)
-        return text + std::string(startDate.characters(8, 1)) +
-               std::string(startDate.characters(6, 2));
-    const std::chrono::year_month_day date{
-        std::chrono::year(*year), std::chrono::month(monthOf(month)), std::chrono::day(dayOf(day))};
-    if (!date.ok() || *year > lastCalendarYear)
-        return text + plainNumber(std::int64_t{*year});
-    return plainNumber(std::int64_t{*year}) + "/" + formatNumber(monthOf(month), "00") + "/" +
-           formatNumber(dayOf(day), "00");
+    return text + (year ? plainNumber(std::int64_t{*year})
+                        : std::string(startDate.characters(8, 1)) +
+                              std::string(startDate.characters(6, 2)));
 }
 
 std::string formatStart(const FixedText<8>& startDate, const FixedText<6>& startTime) {

@@ -7,9 +7,9 @@
 #include <memory>
 #include <span>
 
-#include "make_samples/chn_writer.h"
 #include "make_samples/spectrum_maker.h"
 #include "make_samples/text_writers.h"
+#include "spectrum/formats/chn_writer.h"
 
 namespace kestrel::samples {
 namespace {
@@ -61,17 +61,18 @@ std::string environmental() {
     };
     const Labels labels{"Natural background, lead shield closed", "17NOV261", "173000", 72000,
                         72009};
-    return chnFile(*record(makeMeasurement(plan, 3), plan.calibration, labels), ChnKind::Extended);
+    return chnFile(*record(makeMeasurement(plan, 3), plan.calibration, labels),
+                   WrittenChn::Extended);
 }
 
 std::string empty() {
     const Labels labels{"Nothing counted", "16NOV261", "095900", 10, 10};
     return chnFile(*record(std::vector<std::int32_t>(4096), {-0.35F, 0.4995F, 2e-8F}, labels),
-                   ChnKind::Trailered);
+                   WrittenChn::Trailered);
 }
 
 std::string trailered(const Spectrum& spectrum) {
-    return chnFile(spectrum, ChnKind::Trailered);
+    return chnFile(spectrum, WrittenChn::Trailered);
 }
 
 constexpr auto writers = std::to_array<SampleWriter>({
@@ -104,7 +105,7 @@ std::vector<SampleFile> sampleFiles() {
          trailered(*threeNuclides(16384, {-0.35F, 0.124875F, 1.25e-9F}, 2))},
         {"environmental-8192.chn", environmental()},
         {"eu152-co60-cs137-1024.chn",
-         chnFile(*threeNuclides(1024, {-0.35F, 1.5F, 0.0F}, 4), ChnKind::Plain)},
+         chnFile(*threeNuclides(1024, {-0.35F, 1.5F, 0.0F}, 4), WrittenChn::Plain)},
         {"empty-4096.chn", empty()},
     };
     files.insert(files.end(), std::begin(others), std::end(others));

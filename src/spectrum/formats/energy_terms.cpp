@@ -79,13 +79,6 @@ Calibration through(const std::vector<EnergyPoint>& points, double channels) {
     return parabolaThrough(points, channels);
 }
 
-bool rises(const Calibration& calibration, double lastChannel) {
-    const double lastSlope = calibration.b + 2 * calibration.c * lastChannel;
-    const double lastEnergy = energyAt(calibration, lastChannel);
-    return std::isfinite(lastEnergy) && std::isfinite(calibration.a) && calibration.b > 0 &&
-           lastSlope > 0 && lastEnergy < highestEnergy;
-}
-
 // As a polynomial of a higher degree has them.
 std::vector<EnergyPoint> pointsOf(const MeasuredSpectrum& spectrum) {
     std::vector<EnergyPoint> points;
@@ -106,6 +99,13 @@ std::vector<EnergyPoint> inOrder(std::vector<EnergyPoint> points) {
 }
 
 }  // namespace
+
+bool rises(const Calibration& calibration, double lastChannel) {
+    const double lastSlope = calibration.b + 2 * calibration.c * lastChannel;
+    const double lastEnergy = energyAt(calibration, lastChannel);
+    return std::isfinite(lastEnergy) && std::isfinite(calibration.a) && calibration.b > 0 &&
+           lastSlope > 0 && lastEnergy < highestEnergy;
+}
 
 std::optional<FittedCalibration> fittedCalibration(const MeasuredSpectrum& spectrum) {
     std::vector<double> terms = spectrum.coefficients;

@@ -19,6 +19,9 @@ struct FittedCalibration {
 // the channels.
 std::optional<FittedCalibration> fittedCalibration(const MeasuredSpectrum& spectrum);
 
+// Whether energies rise from channel 0 to the last one and stay in the range of gamma rays.
+bool rises(const Calibration& calibration, double lastChannel);
+
 // The calibration of channels that are sums of `group` neighbours: the energy of the sum is that of
 // the middle of its channels.
 Calibration groupedCalibration(const Calibration& calibration, int group);

@@ -62,6 +62,29 @@ std::string fromUtf16(std::string_view bytes, bool bigEndian) {
     return text;
 }
 
+// The bytes of the UTF-8 sign that the text begins with; 0 where it begins with none.
+std::size_t utf8Length(std::string_view text) {
+    const auto byteAt = [&](std::size_t at) {
+        return std::uint32_t{static_cast<unsigned char>(text[at])};
+    };
+    const std::uint32_t first = byteAt(0);
+    if (first < 0x80)
+        return 1;
+    const std::size_t length = first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+    if (length == 0 || first > 0xF4 || text.size() < length)
+        return 0;
+    std::uint32_t code = first & (0xFFU >> (length + 1));
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((byteAt(i) & 0xC0U) != 0x80)
+            return 0;
+        code = (code << 6U) | (byteAt(i) & 0x3FU);
+    }
+    // The shortest way to write it, and a sign that XML allows.
+    constexpr std::array<std::uint32_t, 5> lowest = {0, 0, 0x80, 0x800, 0x10000};
+    const bool allowed = code < 0xD800 || (code >= 0xE000 && code < 0xFFFE) || code >= 0x10000;
+    return code >= lowest.at(length) && code < 0x110000 && allowed ? length : 0;
+}
+
 // A run of digits or a run of letters of a date.
 struct DatePart {
     char before = 0;  // the sign in front of it
@@ -149,6 +172,19 @@ std::string textOf(std::string_view bytes) {
     if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
         return fromUtf16(bytes.substr(2), bytes.front() == '\xFE');
     return std::string(bytes.starts_with("\xEF\xBB\xBF") ? bytes.substr(3) : bytes);
+}
+
+std::string asUtf8(std::string_view text) {
+    std::string result;
+    while (!text.empty()) {
+        const std::size_t length = utf8Length(text);
+        if (length == 0)
+            appendUtf8(static_cast<unsigned char>(text.front()), result);
+        else
+            result += text.substr(0, length);
+        text.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return result;
 }
 
 std::string_view trimSpace(std::string_view text) {

@@ -14,6 +14,9 @@ namespace kestrel {
 // UTF-16 with a byte order mark becomes UTF-8; the mark itself is left out. Other bytes stay.
 std::string textOf(std::string_view bytes);
 
+// The text with every byte that belongs to no UTF-8 sign taken as one of Latin-1.
+std::string asUtf8(std::string_view text);
+
 // Blanks, tabs and other signs of white space are taken off both ends.
 std::string_view trimSpace(std::string_view text);
 

@@ -78,6 +78,7 @@ void putCalibration(const std::optional<FittedCalibration>& fitted, int group, S
 
 void putDetector(const std::string& detector, Spectrum& spectrum) {
     ChnTrailer& trailer = spectrum.chnTrailer;
+    trailer.resolution = {};
     trailer.detector.assignFromFile(detector);
     trailer.detectorLength =
         static_cast<std::uint8_t>(std::min(detector.size(), trailer.detector.view().size()));

@@ -27,6 +27,17 @@ std::string withDecimalPoints(std::string text) {
     return text;
 }
 
+// A field that may be in quotes, with those inside it doubled.
+std::string unquoted(std::string_view field) {
+    if (field.size() < 2 || field.front() != '"' || field.back() != '"')
+        return std::string(field);
+    std::string text;
+    field = field.substr(1, field.size() - 2);
+    for (std::size_t i = 0; i < field.size(); i += field[i] == '"' ? 2U : 1U)
+        text += field[i];
+    return text;
+}
+
 bool isWhole(double number) {
     return number == std::floor(number);
 }
@@ -99,6 +110,22 @@ class Table {
                        std::string(date.substr(5)));
         if (std::string_view time = value("Meas. Time: "); !time.empty())
             spectrum_.liveSeconds = numberIn(takeWord(time));
+        takeExported(value);
+    }
+
+    // The lines of a table that was exported with energies.
+    template <typename Value>
+    void takeExported(Value value) {
+        if (const std::string_view comment = value("Comment,"); !comment.empty())
+            spectrum_.title = unquoted(comment);
+        if (const std::string_view start = value("Start,"); !start.empty())
+            spectrum_.start = dateIn(start);
+        if (const std::string_view live = value("Live time (s),"); !live.empty())
+            spectrum_.liveSeconds = numberIn(live);
+        if (const std::string_view real = value("Real time (s),"); !real.empty())
+            spectrum_.realSeconds = numberIn(real);
+        if (const std::string_view terms = value("Calibration (keV),"); !terms.empty())
+            spectrum_.coefficients = numbersIn(terms).value_or(std::vector<double>());
     }
 
     void takeCountsAlone() {

@@ -1,4 +1,4 @@
-#include "make_samples/chn_writer.h"
+#include "spectrum/formats/chn_writer.h"
 
 #include <array>
 #include <bit>
@@ -7,7 +7,9 @@
 #include <string_view>
 #include <utility>
 
-namespace kestrel::samples {
+#include "base/text.h"
+
+namespace kestrel {
 namespace {
 
 class LittleEndian {
@@ -35,22 +37,30 @@ int twoDigits(std::string_view digits) {
     return (digits[0] - '0') * 10 + (digits[1] - '0');
 }
 
-void writeSeconds(LittleEndian& file, std::string_view seconds, ChnKind kind) {
+void writeSeconds(LittleEndian& file, std::string_view seconds, WrittenChn kind) {
     switch (kind) {
-        case ChnKind::Plain:
+        case WrittenChn::Plain:
             file.zeros(2);
             break;
-        case ChnKind::Extended:
+        case WrittenChn::Extended:
             file.byte(twoDigits(seconds));
             file.zeros(1);
             break;
-        case ChnKind::Trailered:
-            file.text(seconds);
+        case WrittenChn::Trailered:
+            file.text(isDigit(seconds[0]) && isDigit(seconds[1]) ? seconds : "00");
             break;
     }
 }
 
-void writeHeader(LittleEndian& file, const Spectrum& spectrum, ChnKind kind) {
+// Behind blanks a reader would show the seconds of kind 3 alone; behind NULs it shows nothing.
+void writeHoursAndMinutes(LittleEndian& file, const FixedText<6>& time) {
+    if (time.trimmed().empty())
+        file.zeros(4);
+    else
+        file.text(time.characters(1, 4));
+}
+
+void writeHeader(LittleEndian& file, const Spectrum& spectrum, WrittenChn kind) {
     file.int16(-1);
     file.int16(spectrum.mcaNumber);
     file.int16(spectrum.segmentNumber);
@@ -58,7 +68,7 @@ void writeHeader(LittleEndian& file, const Spectrum& spectrum, ChnKind kind) {
     file.int32(static_cast<std::int32_t>(spectrum.realTime.count));
     file.int32(static_cast<std::int32_t>(spectrum.liveTime.count));
     file.text(spectrum.startDate.view());
-    file.text(spectrum.startTime.characters(1, 4));
+    writeHoursAndMinutes(file, spectrum.startTime);
     file.int16(0);  // channel offset
     file.int16(spectrum.channelCount);
 }
@@ -86,7 +96,9 @@ void writeTrailer(LittleEndian& file, const Spectrum& spectrum) {
     file.float32(static_cast<float>(spectrum.calCurrent.a));
     file.float32(static_cast<float>(spectrum.calCurrent.b));
     file.float32(static_cast<float>(spectrum.calCurrent.c));
-    file.zeros(12 + 228);
+    for (const float width : spectrum.chnTrailer.resolution)
+        file.float32(width);
+    file.zeros(228);
     writeDescription(file, spectrum.chnTrailer.detector);
     writeDescription(file, FixedText<63>(spectrum.comment.view()));
     file.zeros(128);
@@ -94,19 +106,33 @@ void writeTrailer(LittleEndian& file, const Spectrum& spectrum) {
 
 }  // namespace
 
-std::string chnFile(const Spectrum& spectrum, ChnKind kind) {
+std::string chnFile(const Spectrum& spectrum, WrittenChn kind) {
     LittleEndian file;
     writeHeader(file, spectrum, kind);
     for (const std::int32_t count : spectrum.counts.span(0, spectrum.channelCount))
         file.int32(count);
-    if (kind == ChnKind::Trailered) {
+    if (kind == WrittenChn::Trailered) {
         writeTrailer(file, spectrum);
         return file.take();
     }
     file.text(spectrum.comment.view());
-    if (kind == ChnKind::Extended)
+    if (kind == WrittenChn::Extended)
         writeExtension(file, spectrum.calCurrent);
     return file.take();
 }
 
-}  // namespace kestrel::samples
+std::string trailedChnFile(const Spectrum& spectrum) {
+    return chnFile(spectrum, WrittenChn::Trailered);
+}
+
+void addChnLosses(const Spectrum& spectrum, std::vector<std::string>& losses) {
+    const Calibration& exact = spectrum.calCurrent;
+    const Calibration kept{static_cast<float>(exact.a), static_cast<float>(exact.b),
+                           static_cast<float>(exact.c)};
+    if (kept != exact)
+        losses.emplace_back("CHN keeps seven figures of the calibration.");
+    if (spectrum.comment.view().back() != ' ')
+        losses.emplace_back("CHN keeps the first 63 characters of the comment.");
+}
+
+}  // namespace kestrel
