@@ -93,6 +93,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void showMarks();
 
     void saveCounts();
+    void exportSpectrum();
     void leave();
     void switchEnergyAxis();
     bool showsEnergyAxis() const;

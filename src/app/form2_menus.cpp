@@ -12,6 +12,7 @@
 #include "app/form6_directory.h"
 #include "print/form8_print_preview.h"
 #include "spectrum/csv_export.h"
+#include "spectrum/export_as.h"
 #include "ui/text_codec.h"
 #include "view/jumps.h"
 
@@ -46,6 +47,8 @@ std::span<const Form2::Action> Form2::actions() {
         Action{"file", ""},
         Action{"file", "openAny", "Open &Any File...", "", "Ctrl+O",
                "Open a spectrum of any format, known by its content", &F::openAnyFile},
+        Action{"file", "exportAs", "Expor&t As...", "", "Ctrl+S",
+               "Save the spectrum in the format of another program", &F::exportSpectrum},
         Action{"file", "recent", "Open &Recent"},
         Action{"file", "nextFile", "&Next File", "", "Ctrl+D",
                "Open the next spectrum of the folder in the same view", &F::openNextFile},
@@ -168,6 +171,11 @@ void Form2::saveCounts() {
     if (saved && !countsFitCsv(module_.spectrum))
         module_.notice.add("The counts of some channels do not fit a CSV column.");
     showNotice();
+    focusPlot();
+}
+
+void Form2::exportSpectrum() {
+    exportAs(module_.spectrum, module_.settings.lastDirectory, module_.lastExportFormat, dialogs_);
     focusPlot();
 }
 

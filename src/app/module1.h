@@ -29,6 +29,7 @@ struct Module1 {
     Settings settings;
     Preferences preferences;
     int lastFilterIndex = 1;            // of the open dialog
+    int lastExportFormat = 1;           // the entry of the export dialog
     std::string seriesFile;             // from which leafing goes on; none: the folder's begin
     CalibrationTexts calibrationTexts;  // the two points last accepted in this run
     PeakAreaState peakArea;

@@ -97,16 +97,25 @@ void prepare(QFileDialog& dialog, const FileDialog& request) {
         dialog.selectFile(QFile::decodeName(request.fileName.c_str()));
 }
 
+// An ending that is not typed, that of the filter; Qt asks about the file that then has the name.
+void addEndings(QFileDialog& dialog, const FileDialog& request) {
+    const auto follow = [&] {
+        const auto filter = static_cast<std::size_t>(selectedFilter(dialog, request)) - 1;
+        dialog.setDefaultSuffix(
+            toWindow(request.filters.at(filter).pattern).section(QLatin1Char('.'), 1));
+    };
+    follow();
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, follow);
+}
+
 FileChoice chooseFile(const FileDialog& request, QFileDialog::AcceptMode mode) {
     QFileDialog dialog(QApplication::activeWindow());
     dialog.setAcceptMode(mode);
     dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
                                                        : QFileDialog::AnyFile);
     prepare(dialog, request);
-    // An ending that is not typed; Qt asks about the file that then has the name.
     if (mode == QFileDialog::AcceptSave && !request.filters.empty())
-        dialog.setDefaultSuffix(
-            toWindow(request.filters.front().pattern).section(QLatin1Char('.'), 1));
+        addEndings(dialog, request);
     const bool accepted = dialog.exec() == QDialog::Accepted;
     FileChoice choice{.path = {}, .filterIndex = selectedFilter(dialog, request)};
     if (accepted && !dialog.selectedFiles().isEmpty()) {
