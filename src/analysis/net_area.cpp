@@ -47,7 +47,7 @@ std::int32_t sumCounts(const Spectrum& spectrum, std::int32_t low, std::int32_t 
 
 // Every named quantity is single precision, on purpose: the results agree to the last digit with
 // those of earlier measurements. Between two of them the arithmetic is double.
-void computeNetArea(const Spectrum& spectrum, const PeakRegions& regions, PeakAreaSet& set) {
+NetCounts netCounts(const Spectrum& spectrum, const PeakRegions& regions) {
     const auto s1 = static_cast<float>(sumCounts(spectrum, regions.bkg1Low, regions.bkg1High));
     const auto s2 = static_cast<float>(sumCounts(spectrum, regions.bkg2Low, regions.bkg2High));
     const auto p = static_cast<float>(sumCounts(spectrum, regions.pkLow, regions.pkHigh));
@@ -56,15 +56,21 @@ void computeNetArea(const Spectrum& spectrum, const PeakRegions& regions, PeakAr
     const double n2{widthOf(regions.bkg2Low, regions.bkg2High)};
     const double f1{single(divide(nP, n1 + n1))};
     const double f2{single(divide(nP, n2 + n2))};
-    const double seconds = spectrum.openedLiveTime.seconds();
+    const double background = f1 * double{s1} + f2 * double{s2};
+    return {.gross = p,
+            .net = single(double{p} - f1 * double{s1} - f2 * double{s2}),
+            .netError = single(squareRoot(f1 * f1 * double{s1} + double{p} + f2 * f2 * double{s2})),
+            .emptyError = single(std::sqrt(
+                std::max(f1 * f1 * double{s1} + background + f2 * f2 * double{s2}, 0.0)))};
+}
 
-    const float net = single(double{p} - f1 * double{s1} - f2 * double{s2});
-    const float netError =
-        single(squareRoot(f1 * f1 * double{s1} + double{p} + f2 * f2 * double{s2}));
-    const float cps = single(divide(double{net}, seconds));
-    const float cpsError = single(divide(double{netError}, seconds));
-    set.net = net;
-    set.netError = netError;
+void computeNetArea(const Spectrum& spectrum, const PeakRegions& regions, PeakAreaSet& set) {
+    const NetCounts area = netCounts(spectrum, regions);
+    const double seconds = spectrum.openedLiveTime.seconds();
+    const float cps = single(divide(double{area.net}, seconds));
+    const float cpsError = single(divide(double{area.netError}, seconds));
+    set.net = area.net;
+    set.netError = area.netError;
     set.cps = cps;
     set.cpsError = cpsError;
 }

@@ -25,6 +25,17 @@ PeakRegions regionsOf(const PeakAreaSet& set);
 // spectrum are empty. Faults: SubscriptOutOfRange outside 0 .. 17000, Overflow.
 std::int32_t sumCounts(const Spectrum& spectrum, std::int32_t low, std::int32_t high);
 
+struct NetCounts {
+    float gross = 0;  // counts of the peak region
+    float net = 0;
+    float netError = 0;  // 1 sigma
+    // Of a net area of nothing: the background under the peak and what it is predicted from.
+    float emptyError = 0;
+};
+
+// The net area without its rate. Faults: as below, but for the live time.
+NetCounts netCounts(const Spectrum& spectrum, const PeakRegions& regions);
+
 // Puts net area and count rate with their errors (1 sigma) into `set`. The order of the regions is
 // not checked. Half of the background comes from the mean of each side, whatever their widths.
 // Faults: those of sumCounts, DivisionByZero (no live time, a region of no channels), InvalidCall
