@@ -68,7 +68,11 @@ std::vector<MeasuredSpectrum> readExchangeBytes(std::string_view bytes) {
     const ExchangeFormat* const format = exchangeFormatOf(bytes.substr(0, recognitionBytes));
     if (format == nullptr)
         throw FormatError("The content is that of no known spectrum format.");
-    std::vector<MeasuredSpectrum> spectra = format->read(bytes);
+    return readExchangeAs(*format, bytes);
+}
+
+std::vector<MeasuredSpectrum> readExchangeAs(const ExchangeFormat& format, std::string_view bytes) {
+    std::vector<MeasuredSpectrum> spectra = format.read(bytes);
     for (MeasuredSpectrum& spectrum : spectra)
         mendCounts(spectrum);
     return spectra;

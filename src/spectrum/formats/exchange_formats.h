@@ -33,6 +33,8 @@ const ExchangeFormat* exchangeFormatOf(std::string_view front);
 std::vector<MeasuredSpectrum> readExchangeFile(InputFile& file);
 // The same of a file's bytes.
 std::vector<MeasuredSpectrum> readExchangeBytes(std::string_view bytes);
+// The same of bytes that are of the format.
+std::vector<MeasuredSpectrum> readExchangeAs(const ExchangeFormat& format, std::string_view bytes);
 
 // The spectrum that a user most probably wants: the first that is a measurement.
 std::size_t preferredSpectrum(const std::vector<MeasuredSpectrum>& spectra);
