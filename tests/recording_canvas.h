@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -62,6 +63,20 @@ class RecordingCanvas : public Canvas {
         const auto it =
             std::ranges::find_if(texts, [&](const Text& t) { return t.text.starts_with(start); });
         return it == texts.end() ? std::nullopt : std::optional(*it);
+    }
+
+    // All of it, an item a line, to compare a whole drawing with a recorded one.
+    std::string drawing() const {
+        std::ostringstream all;
+        all << std::hex;
+        for (const Line& l : lines)
+            all << "line " << l.x1 << ' ' << l.y1 << ' ' << l.x2 << ' ' << l.y2 << ' ' << l.colour
+                << '\n';
+        for (const Point& p : points)
+            all << "point " << p.x << ' ' << p.y << ' ' << p.colour << '\n';
+        for (const Text& t : texts)
+            all << "text " << t.x << ' ' << t.y << ' ' << t.colour << " \"" << t.text << "\"\n";
+        return all.str();
     }
 
     std::vector<Line> lines;
