@@ -32,6 +32,7 @@ EnergyRow rowOf(const Recordset& line, double cursorEnergy) {
     row.colour[2] = intensityColour(line.single("eng_br"));
     row.text[3] = nuclideKey(line.text("elm_name"), line.whole("nc_a"), line.whole("nc_i_num"));
     row.text[4] = line.text("nc_hl");
+    row.halfLife = line.number("nc_tsec");
     row.colour[4] = halfLifeColour(line.single("nc_tsec"));
     row.text[5] = positiveText(line.number("nc_1st_br_eng"), energyPattern);
     row.text[6] = positiveText(line.number("nc_1st_br"), intensityPattern);

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,7 @@ struct EnergyRow {
     EnergyRow() { colour.fill(plainColour); }
     std::array<std::string, columns> text;
     std::array<int, columns> colour{};
+    std::optional<double> halfLife;  // s
 };
 
 // Headings of the list from the database and of the list from the energy list file: columns
@@ -31,6 +33,7 @@ inline constexpr std::string_view fileListFormat =
     "> |>Energy   |>B.R.(%)   |<Nuclide |>HalfLife  |>energy   |>b.r.(%)   ";
 inline constexpr std::size_t energyColumn = 1;
 inline constexpr std::size_t nuclideColumn = 3;
+inline constexpr std::size_t halfLifeColumn = 4;
 
 struct EnergyList {
     std::string_view format = databaseListFormat;

@@ -106,6 +106,7 @@ EnergyRow rowOf(const ByteReader& record, double cursorEnergy) {
     row.text[5] = formatNumber(record.uint32At(32) / energyUnit, "####0.00");
     row.text[6] = formatNumber(strongest, "###0.00");
     row.colour[6] = intensityColour(toSingle(strongest));
+    row.halfLife = double{halfLifeSeconds(halfLife, unit)};
     row.colour[4] = halfLifeColour(halfLifeSeconds(halfLife, unit));
     return row;
 }

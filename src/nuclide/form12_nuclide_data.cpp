@@ -1,12 +1,17 @@
 #include "nuclide/form12_nuclide_data.h"
 
+#include <algorithm>
+#include <initializer_list>
+
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMenuBar>
 #include <QVBoxLayout>
 
 #include "base/virtual_key.h"
 #include "nuclide/nuclide_key.h"
+#include "ui/find_row.h"
 #include "ui/placement.h"
 #include "ui/text_codec.h"
 
@@ -15,6 +20,19 @@ namespace {
 
 constexpr int summaryLines = 3;
 
+struct KindChoice {
+    const char* caption;
+    std::initializer_list<LineKind> kinds;  // none: all
+};
+const KindChoice kindChoices[] = {
+    {"All lines", {}},
+    {"Gamma and X-ray", {LineKind::Gamma, LineKind::XRay}},
+    {"Gamma", {LineKind::Gamma}},
+    {"X-ray", {LineKind::XRay}},
+    {"Electron", {LineKind::Electron}},
+    {"Beta", {LineKind::Beta}},
+};
+
 }  // namespace
 
 Form12::Form12(NuclideDataContext context, QWidget* parent)
@@ -22,6 +40,8 @@ Form12::Form12(NuclideDataContext context, QWidget* parent)
       summary(new TextList(this)),
       databaseDate(new QLineEdit(this)),
       lineGrid(new Grid(context.palette, this)),
+      kindChoice(new QComboBox(this)),
+      findField(new QLineEdit(this)),
       context_(context) {
     setObjectName(QStringLiteral("Form12"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -33,6 +53,8 @@ Form12::Form12(NuclideDataContext context, QWidget* parent)
         place(*this, context_.placement);
     showData();
     connect(lineGrid, &Grid::keyDown, this, &Form12::gridKeyDown);
+    connect(kindChoice, &QComboBox::currentIndexChanged, this, &Form12::showLines);
+    connect(findField, &QLineEdit::returnPressed, this, &Form12::findNuclide);
 }
 
 void Form12::placeControls() {
@@ -55,14 +77,38 @@ void Form12::placeControls() {
     column->addWidget(summary);
     column->addWidget(databaseDate);
     column->addWidget(lineGrid, 1);
+    column->addLayout(choiceRow());
     lineGrid->setFocus();
+}
+
+QLayout* Form12::choiceRow() {
+    kindChoice->setObjectName(QStringLiteral("kind"));
+    kindChoice->setAccessibleName(tr("Lines that are listed"));
+    kindChoice->setToolTip(tr("Lines that are listed (Alt+L); the marks on the plot stay"));
+    for (const KindChoice& choice : kindChoices)
+        kindChoice->addItem(QString::fromLatin1(choice.caption));
+    auto* label = new QLabel(tr("&List:"), this);
+    label->setBuddy(kindChoice);
+    auto* row =
+        findRow(*findField, "&Find nuclide:", "Show a nuclide, such as cs137 (Alt+F, then Enter)");
+    row->insertWidget(0, kindChoice);
+    row->insertWidget(0, label);
+    return row;
 }
 
 void Form12::askNuclide() {
     const std::optional<std::string> key = askNuclideKey(keyFromWindowName, context_.dialogs);
-    if (!key)
-        return;
-    context_.selectedNuclide = *key;
+    if (key)
+        choose(*key);
+}
+
+void Form12::findNuclide() {
+    if (const auto key = keyFromWindowName(fromWindow(findField->text())))
+        choose(*key);
+}
+
+void Form12::choose(const std::string& key) {
+    context_.selectedNuclide = key;
     context_.data.forgetFailure();
     ShowNuclideFromDatabase();
 }
@@ -81,9 +127,22 @@ void Form12::showData() {
     databaseDate->setToolTip(
         shown.source.empty() ? QString() : QStringLiteral("Gamma lines: ") + toSigns(shown.source));
     lineGrid->setFormat(nuclideListFormat);
+    showLines();
+}
+
+bool Form12::isShown(const NuclideRow& line) const {
+    const KindChoice& choice = kindChoices[kindChoice->currentIndex()];
+    return choice.kinds.size() == 0 ||
+           std::ranges::find(choice.kinds, kindOf(line)) != choice.kinds.end();
+}
+
+void Form12::showLines() {
     std::vector<GridRow> rows;
-    for (const NuclideRow& line : shown.rows)
-        rows.push_back({{line.energy}, {line.intensity, line.intensityColour}, {line.definition}});
+    for (const NuclideRow& line : context_.data.rows) {
+        if (isShown(line))
+            rows.push_back(
+                {{line.energy}, {line.intensity, line.intensityColour}, {line.definition}});
+    }
     lineGrid->setRows(std::move(rows));
     lineGrid->goTo(1, 1, 1);
 }

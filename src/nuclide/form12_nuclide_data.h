@@ -1,6 +1,7 @@
 // Form12, the nuclide data window: half-life, decay modes and lines of one nuclide state.
 #pragma once
 
+#include <QComboBox>
 #include <QLineEdit>
 #include <QWidget>
 
@@ -37,6 +38,8 @@ class Form12 : public QWidget {
     TextList* const summary;
     QLineEdit* const databaseDate;
     Grid* const lineGrid;
+    QComboBox* const kindChoice;
+    QLineEdit* const findField;
 
   protected:
     void changeEvent(QEvent* event) override;
@@ -45,7 +48,12 @@ class Form12 : public QWidget {
 
   private:
     void placeControls();
+    QLayout* choiceRow();
     void askNuclide();
+    void findNuclide();
+    void choose(const std::string& key);
+    bool isShown(const NuclideRow& line) const;
+    void showLines();
     void gridKeyDown(int keyCode);
     void showData();
 

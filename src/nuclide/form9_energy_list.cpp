@@ -11,6 +11,8 @@
 #include <QVBoxLayout>
 
 #include "base/virtual_key.h"
+#include "nuclide/nuclide_key.h"
+#include "ui/find_row.h"
 #include "ui/number_field.h"
 #include "ui/placement.h"
 #include "ui/text_codec.h"
@@ -31,6 +33,7 @@ std::vector<GridRow> gridRows(const std::vector<EnergyRow>& list) {
         GridRow& row = rows.emplace_back();
         for (std::size_t column = 1; column < EnergyRow::columns; ++column)
             row.push_back({line.text.at(column), line.colour.at(column)});
+        row.at(halfLifeColumn - 1).value = line.halfLife;
     }
     return rows;
 }
@@ -48,6 +51,7 @@ Form9::Form9(EnergyListContext context, QWidget* parent)
       tabs(new QTabWidget(this)),
       lineGrid(new Grid(context.palette, this)),
       databaseDate(new QLineEdit(this)),
+      findField(new QLineEdit(this)),
       context_(std::move(context)) {
     setObjectName(QStringLiteral("Form9"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -78,9 +82,14 @@ void Form9::buildListTab() {
     auto* column = new QVBoxLayout(page);
     column->addWidget(databaseDate);
     column->addWidget(lineGrid, 1);
+    column->addLayout(findRow(
+        *findField,
+        "&Find nuclide:", "Go to a nuclide of the list, such as cs137 (Alt+F; Enter: the next)"));
     tabs->addTab(page, QStringLiteral("&EngList"));
     connect(lineGrid, &Grid::rowPicked, this, &Form9::pickRow);
     connect(lineGrid, &Grid::keyDown, this, &Form9::gridKeyDown);
+    connect(findField, &QLineEdit::textEdited, this, [this] { findNuclide(0); });
+    connect(findField, &QLineEdit::returnPressed, this, [this] { findNuclide(1); });
 }
 
 void Form9::buildGateTab() {
@@ -204,6 +213,19 @@ void Form9::pickRow(int row) {
         return;
     context_.selectNuclide(key);
     context_.windows.showNuclideData();
+}
+
+void Form9::findNuclide(int rowsOn) {
+    const std::vector<EnergyRow>& rows = state_.list.rows;
+    const int count = static_cast<int>(rows.size());
+    const int from = std::max(lineGrid->currentRow() - 1, 0) + rowsOn;
+    const std::string typed = fromWindow(findField->text());
+    for (int i = 0; i < count && !typed.empty(); ++i) {
+        const int row = (from + i) % count;
+        if (!beginsWith(rows[static_cast<std::size_t>(row)].text[nuclideColumn], typed))
+            continue;
+        return lineGrid->goTo(row + 1, static_cast<int>(nuclideColumn), row + 1);
+    }
 }
 
 void Form9::gridKeyDown(int keyCode) {

@@ -40,6 +40,7 @@ class Form9 : public QWidget {
     QTabWidget* const tabs;
     Grid* const lineGrid;
     QLineEdit* const databaseDate;
+    QLineEdit* const findField;
     std::array<QLineEdit*, 10> gateFields{};  // number 8 does not exist
     std::array<QRadioButton*, 5> decayOptions{};
     std::array<QRadioButton*, 5> radiationOptions{};
@@ -62,6 +63,8 @@ class Form9 : public QWidget {
     void tabChosen(int tab);
     void gridKeyDown(int keyCode);
     void pickRow(int row);
+    // The first row of the nuclide that is typed, from the current one or from the next on.
+    void findNuclide(int rowsOn);
     void refreshList();
     void resetGate();
     EnergyEntries entries() const;

@@ -113,6 +113,15 @@ bool lookUp(NuclideData& data, const std::string& key, const std::string& marigo
 
 }  // namespace
 
+LineKind kindOf(const NuclideRow& line) {
+    const std::string definition = toUpper(trimBlanks(line.definition));
+    if (definition.starts_with('G'))
+        return definition.find("/X") == std::string::npos ? LineKind::Gamma : LineKind::XRay;
+    if (definition.starts_with('E'))
+        return LineKind::Electron;
+    return definition.starts_with('B') ? LineKind::Beta : LineKind::Other;
+}
+
 bool showNuclideFromDatabase(NuclideData& data, const std::string& selectedNuclide,
                              const std::string& marigoldDir, NuclideDatabase& database,
                              Dialogs& dialogs, const std::function<void()>& show) {

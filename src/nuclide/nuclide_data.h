@@ -23,6 +23,9 @@ struct NuclideRow {
     int intensityColour = plainColour;
 };
 
+enum class LineKind { Gamma, XRay, Electron, Beta, Other };
+LineKind kindOf(const NuclideRow& line);
+
 struct NuclideData {
     std::string lastShown;  // key of the last lookup
     std::array<std::string, 3> summary;

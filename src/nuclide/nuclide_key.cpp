@@ -67,6 +67,15 @@ std::optional<std::string> keyFromPlotName(std::string_view typed) {
     return keyOf(symbolOf(firstTwo, oneLetter), fromCharacter(name, p), 1);
 }
 
+bool beginsWith(std::string_view key, std::string_view typed) {
+    const auto plain = [](std::string_view name) {
+        std::string letters = toLower(name);
+        std::erase_if(letters, [](char c) { return c == ' ' || c == '-'; });
+        return letters;
+    };
+    return plain(key).starts_with(plain(typed));
+}
+
 std::optional<std::string> askNuclideKey(NameRule rule, Dialogs& dialogs) {
     const std::string answer = dialogs.input({.prompt = prompt, .title = "Nuclide"});
     if (answer.empty())

@@ -21,6 +21,10 @@ std::string nuclideKey(std::string_view element, std::int32_t mass, std::int32_t
 std::optional<std::string> keyFromWindowName(std::string_view typed);
 std::optional<std::string> keyFromPlotName(std::string_view typed);
 
+// Whether a key, or a nuclide as the energy list shows it, begins with what is typed: "cs137" and
+// "Cs-13" begin "Cs-137g". Letter case, blanks and hyphens do not count.
+bool beginsWith(std::string_view key, std::string_view typed);
+
 // Asks for a name; nothing when it is cancelled or, after a message, refused.
 using NameRule = std::optional<std::string> (*)(std::string_view typed);
 std::optional<std::string> askNuclideKey(NameRule rule, Dialogs& dialogs);

@@ -1,15 +1,19 @@
 #include "ui/grid.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <numeric>
+#include <tuple>
+#include <utility>
 
-#include <QApplication>
-#include <QClipboard>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QStyledItemDelegate>
 
 #include "base/text.h"
 #include "ui/colours.h"
+#include "ui/copying.h"
 #include "ui/fonts.h"
 #include "ui/text_codec.h"
 #include "ui/virtual_keys.h"
@@ -32,6 +36,20 @@ class ColouredCells : public QStyledItemDelegate {
             option->state &= ~QStyle::State_Selected;
     }
 };
+
+// Numbers before texts; letter case does not count.
+using SortKey = std::tuple<bool, double, std::string>;
+
+SortKey sortKey(const GridCell& cell) {
+    if (cell.value)
+        return {false, *cell.value, {}};
+    const std::string_view text = trimBlanks(cell.text);
+    double number = 0;
+    const auto end = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (end.ec == std::errc() && std::isfinite(number))
+        return {false, number, {}};
+    return {true, 0, toLower(text)};
+}
 
 QString asField(const QString& text) {
     return QString::fromStdString(tableField(text.toStdString()));
@@ -62,7 +80,48 @@ void GridModel::setColumns(std::vector<Column> columns) {
 void GridModel::setRows(std::vector<GridRow> rows) {
     beginResetModel();
     rows_ = std::move(rows);
+    arrange();
     endResetModel();
+}
+
+void GridModel::arrange() {
+    order_.resize(rows_.size());
+    std::iota(order_.begin(), order_.end(), 0);
+    if (sortColumn_ < 0)
+        return;
+    const auto column = static_cast<std::size_t>(sortColumn_);
+    std::vector<SortKey> keys;
+    keys.reserve(rows_.size());
+    for (const GridRow& row : rows_)
+        keys.push_back(column < row.size() ? sortKey(row[column]) : SortKey());
+    std::ranges::stable_sort(order_, [&](int a, int b) {
+        if (sortOrder_ == Qt::DescendingOrder)
+            std::swap(a, b);
+        return keys[static_cast<std::size_t>(a)] < keys[static_cast<std::size_t>(b)];
+    });
+}
+
+void GridModel::sort(int column, Qt::SortOrder order) {
+    emit layoutAboutToBeChanged();
+    const QModelIndexList before = persistentIndexList();
+    std::vector<int> given;
+    for (const QModelIndex& index : before)
+        given.push_back(givenRow(index.row()));
+    sortColumn_ = column;
+    sortOrder_ = order;
+    arrange();
+    for (int i = 0; i < before.size(); ++i)
+        changePersistentIndex(
+            before[i], index(shownRow(given[static_cast<std::size_t>(i)]), before[i].column()));
+    emit layoutChanged();
+}
+
+int GridModel::givenRow(int shown) const {
+    return shown < 0 ? shown : order_.at(static_cast<std::size_t>(shown));
+}
+
+int GridModel::shownRow(int given) const {
+    return static_cast<int>(std::ranges::find(order_, given) - order_.begin());
 }
 
 int GridModel::rowCount(const QModelIndex& parent) const {
@@ -77,7 +136,7 @@ int GridModel::columnCount(const QModelIndex& parent) const {
 QVariant GridModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid())
         return {};
-    const GridRow& row = rows_[static_cast<std::size_t>(index.row())];
+    const GridRow& row = rows_[static_cast<std::size_t>(givenRow(index.row()))];
     const auto column = static_cast<std::size_t>(index.column());
     const bool filled = column < row.size();
     switch (role) {
@@ -105,7 +164,7 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
 }
 
 Grid::Grid(const Palette& palette, QWidget* parent)
-    : QTableView(parent), model_(new GridModel(palette, this)) {
+    : QTableView(parent), model_(new GridModel(palette, this)), sortMenu_(new QMenu(this)) {
     setModel(model_);
     setItemDelegate(new ColouredCells(this));
     setFont(fixedPitchFont(11));
@@ -120,10 +179,35 @@ Grid::Grid(const Palette& palette, QWidget* parent)
     setVerticalScrollMode(ScrollPerItem);
     setTabKeyNavigation(false);
     setWordWrap(false);
-    connect(this, &QTableView::clicked, this,
-            [this](const QModelIndex& index) { emit rowPicked(index.row() + 1); });
-    connect(this, &QTableView::doubleClicked, this,
-            [this](const QModelIndex& index) { emit rowPicked(index.row() + 1); });
+    horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    horizontalHeader()->setSortIndicatorClearable(true);
+    setSortingEnabled(true);
+    makeMenu();
+    const auto pick = [this](const QModelIndex& index) {
+        emit rowPicked(model_->givenRow(index.row()) + 1);
+    };
+    connect(this, &QTableView::clicked, this, pick);
+    connect(this, &QTableView::doubleClicked, this, pick);
+}
+
+void Grid::makeMenu() {
+    offerCopying(
+        *this, [this] { return selectedText(); }, [this] { return allText(); });
+    sortMenu_->setTitle(QStringLiteral("&Sort by"));
+    addAction(sortMenu_->menuAction());
+}
+
+// The menu sorts by keyboard, where headings cannot be clicked.
+void Grid::listColumns() {
+    sortMenu_->clear();
+    const auto offer = [this](const QString& caption, int column) {
+        sortMenu_->addAction(caption, this, [this, column] {
+            horizontalHeader()->setSortIndicator(column, Qt::AscendingOrder);
+        });
+    };
+    for (int column = 0; column < model_->columnCount(); ++column)
+        offer(model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString(), column);
+    offer(QStringLiteral("&Not at all"), -1);
 }
 
 void Grid::setFormat(std::string_view format) {
@@ -137,6 +221,7 @@ void Grid::setFormat(std::string_view format) {
     for (const GridModel::Column& column : columns)
         widths.push_back(fontMetrics().horizontalAdvance(column.heading) + cellMargin);
     model_->setColumns(std::move(columns));
+    listColumns();
     for (std::size_t i = 0; i < widths.size(); ++i)
         setColumnWidth(static_cast<int>(i), widths[i]);
 }
@@ -146,20 +231,36 @@ void Grid::setRows(std::vector<GridRow> rows) {
 }
 
 void Grid::goTo(int row, int column, int firstVisibleRow) {
-    const QModelIndex current = model_->index(row - 1, column - 1);
+    const QModelIndex current = model_->index(model_->shownRow(row - 1), column - 1);
     if (!current.isValid())
         return;
     setCurrentIndex(current);
-    scrollTo(model_->index(firstVisibleRow - 1, column - 1), PositionAtTop);
+    if (horizontalHeader()->sortIndicatorSection() < 0)
+        scrollTo(model_->index(firstVisibleRow - 1, column - 1), PositionAtTop);
+}
+
+int Grid::currentRow() const {
+    return model_->givenRow(currentIndex().row()) + 1;
 }
 
 QString Grid::text(int row, int column) const {
-    return model_->index(row - 1, column - 1).data().toString();
+    return model_->index(model_->shownRow(row - 1), column - 1).data().toString();
 }
 
 QString Grid::selectedText() const {
     QModelIndexList rows = selectionModel()->selectedRows();
     std::ranges::sort(rows, {}, &QModelIndex::row);
+    return linesOf(rows);
+}
+
+QString Grid::allText() const {
+    QModelIndexList rows;
+    for (int row = 0; row < model_->rowCount(); ++row)
+        rows += model_->index(row, 0);
+    return linesOf(rows);
+}
+
+QString Grid::linesOf(const QModelIndexList& rows) const {
     QString lines;
     for (const QModelIndex& row : rows) {
         QStringList fields;
@@ -171,10 +272,6 @@ QString Grid::selectedText() const {
 }
 
 void Grid::keyPressEvent(QKeyEvent* event) {
-    if (event->matches(QKeySequence::Copy)) {
-        QApplication::clipboard()->setText(selectedText());
-        return;
-    }
     if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && currentRow() > 0) {
         emit rowPicked(currentRow());
         return;

@@ -1,11 +1,13 @@
-// A table of texts on coloured cells, worked by keyboard and mouse; selected rows can be copied.
+// A table of texts on coloured cells, worked by keyboard and mouse; rows can be sorted and copied.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <QAbstractTableModel>
+#include <QMenu>
 #include <QTableView>
 
 #include "base/palette.h"
@@ -15,6 +17,7 @@ namespace kestrel {
 struct GridCell {
     std::string text;
     int colour = palette_number::white;  // of the background, by its number in the palette
+    std::optional<double> value = {};    // it is sorted by; none: the number or text that it shows
 };
 using GridRow = std::vector<GridCell>;
 
@@ -32,18 +35,32 @@ class GridModel : public QAbstractTableModel {
     void setColumns(std::vector<Column> columns);
     void setRows(std::vector<GridRow> rows);
 
+    // Rows as they were given and as they are shown, both counted from 0.
+    int givenRow(int shown) const;
+    int shownRow(int given) const;
+
+    // By the column; as they were given for -1. New rows are sorted likewise.
+    void sort(int column, Qt::SortOrder order) override;
+
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
   private:
+    void arrange();
+
     const Palette& palette_;
     std::vector<Column> columns_;
     std::vector<GridRow> rows_;
+    std::vector<int> order_;  // the given rows in the order in which they are shown
+    int sortColumn_ = -1;
+    Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
 };
 
-// Rows and columns are counted from 1; row 0 is the heading, column 0 the narrow fixed column.
+// Rows and columns are counted from 1; row 0 is the heading, column 0 the narrow fixed column. Rows
+// go by the order in which they were given, also where they are sorted: a click on a heading sorts
+// upwards, a second one downwards, a third one not.
 class Grid : public QTableView {
     Q_OBJECT
 
@@ -58,11 +75,12 @@ class Grid : public QTableView {
     void setRows(std::vector<GridRow> rows);
 
     void goTo(int row, int column, int firstVisibleRow);
-    int currentRow() const { return currentIndex().row() + 1; }
+    int currentRow() const;
     QString text(int row, int column) const;
 
-    // The selected rows as lines of tab-separated fields.
+    // The selected rows, in the order in which they are shown, as lines of tab-separated fields.
     QString selectedText() const;
+    QString allText() const;
 
   signals:
     // A click, a double click, or Enter.
@@ -74,7 +92,12 @@ class Grid : public QTableView {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
+    void makeMenu();
+    void listColumns();
+    QString linesOf(const QModelIndexList& rows) const;
+
     GridModel* const model_;
+    QMenu* const sortMenu_;
     std::string format_;
 };
 

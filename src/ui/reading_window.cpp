@@ -1,14 +1,13 @@
 #include "ui/reading_window.h"
 
 #include <QFile>
-#include <QHBoxLayout>
 #include <QImage>
 #include <QKeyEvent>
-#include <QLabel>
-#include <QPushButton>
 #include <QShortcut>
 #include <QTextBlock>
 #include <QVBoxLayout>
+
+#include "ui/find_row.h"
 
 namespace kestrel {
 namespace {
@@ -75,18 +74,10 @@ ReadingWindow::ReadingWindow(const QString& title, QWidget* parent)
     : QWidget(parent, Qt::Window), page(new GuideBrowser(this)), findField(new QLineEdit(this)) {
     setWindowTitle(title);
     page->setAccessibleName(title);
-    findField->setObjectName(QStringLiteral("find"));
-    findField->setAccessibleName(QStringLiteral("Find"));
-    findField->setToolTip(QStringLiteral("Find words in the text (Ctrl+F, then Enter or F3)"));
-    findField->setClearButtonEnabled(true);
-    auto* label = new QLabel(QStringLiteral("&Find:"), this);
-    label->setBuddy(findField);
-    auto* row = new QHBoxLayout;
-    row->addWidget(label);
-    row->addWidget(findField);
     auto* column = new QVBoxLayout(this);
     column->addWidget(page);
-    column->addLayout(row);
+    column->addLayout(
+        findRow(*findField, "&Find:", "Find words in the text (Ctrl+F, then Enter or F3)"));
     connect(findField, &QLineEdit::returnPressed, this, [this] { findNext({}); });
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, findField,
             [this] { findField->setFocus(); });

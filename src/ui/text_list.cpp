@@ -1,9 +1,6 @@
 #include "ui/text_list.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
-#include <QKeyEvent>
-
+#include "ui/copying.h"
 #include "ui/fonts.h"
 
 namespace kestrel {
@@ -13,27 +10,26 @@ constexpr double points = 11;
 
 }  // namespace
 
+// Qt's own list copies the current line only.
 TextList::TextList(QWidget* parent) : QListWidget(parent) {
     setFont(fixedPitchFont(points));
     setSelectionMode(ExtendedSelection);
+    offerCopying(
+        *this, [this] { return chosenLines().join(QLatin1Char('\n')); },
+        [this] { return lines(Lines::All).join(QLatin1Char('\n')); });
 }
 
 QStringList TextList::chosenLines() const {
-    const bool all = selectedItems().isEmpty();
+    return lines(selectedItems().isEmpty() ? Lines::All : Lines::Selected);
+}
+
+QStringList TextList::lines(Lines which) const {
     QStringList lines;
     for (int i = 0; i < count(); ++i) {
-        if (all || item(i)->isSelected())
+        if (which == Lines::All || item(i)->isSelected())
             lines += item(i)->text();
     }
     return lines;
-}
-
-// Qt's own list copies the current line only.
-void TextList::keyPressEvent(QKeyEvent* event) {
-    if (event->matches(QKeySequence::Copy))
-        QGuiApplication::clipboard()->setText(chosenLines().join(QLatin1Char('\n')));
-    else
-        QListWidget::keyPressEvent(event);
 }
 
 }  // namespace kestrel

@@ -15,8 +15,9 @@ class TextList : public QListWidget {
     // The selected lines; all where none is selected.
     QStringList chosenLines() const;
 
-  protected:
-    void keyPressEvent(QKeyEvent* event) override;
+  private:
+    enum class Lines { Selected, All };
+    QStringList lines(Lines which) const;
 };
 
 }  // namespace kestrel

@@ -405,12 +405,15 @@ TEST_F(MainWindow, CopiesThePlotAsAnImageAndListsAsText) {
     EXPECT_EQ(QApplication::clipboard()->image().size(), form2->picture().size());
     EXPECT_GT(dotsAt(2000, white, QApplication::clipboard()->image()), 0);
     trigger("f11(1)");
+    QApplication::processEvents();
     TextList& list = *form2->findChild<Form10*>()->header;
     QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QApplication::clipboard()->text().count(QLatin1Char('\n')), 5);
     list.item(3)->setSelected(true);
     QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QApplication::clipboard()->text(), "Live Time:  30000sec");
+    list.actions()[1]->trigger();  // Copy All of the context menu
+    EXPECT_EQ(QApplication::clipboard()->text().count(QLatin1Char('\n')), 5);
 }
 
 TEST_F(MainWindow, NamesTheKeyOfEachButtonInItsToolTip) {

@@ -1,7 +1,11 @@
 #include <gmock/gmock.h>
 
+#include <map>
+
 #include <QAbstractItemModelTester>
 #include <QClipboard>
+#include <QHeaderView>
+#include <QRegularExpression>
 #include <QTimer>
 
 #include "app/form6_directory.h"
@@ -53,6 +57,75 @@ class NuclideWindowsTest : public test::WindowTest {
         return 0;
     }
 };
+
+TEST_F(NuclideWindowsTest, SortFindAndCopyTheLinesOfTheList) {
+    Form9* form9 = energyList(661.7);
+    Grid& grid = *form9->lineGrid;
+    QAbstractItemModelTester tester(grid.model());
+    const auto column = [&](int number) {
+        QStringList texts;
+        for (int row = 0; row < grid.model()->rowCount(); ++row)
+            texts += grid.model()->index(row, number - 1).data().toString();
+        return texts;
+    };
+    const auto click = [&](int number) {
+        QHeaderView& header = *grid.horizontalHeader();
+        QTest::mouseClick(header.viewport(), Qt::LeftButton, {},
+                          QPoint(header.sectionViewportPosition(number - 1) + 9, 9));
+        return column(number);
+    };
+    const QStringList described = column(4);
+    ASSERT_GT(described.size(), 3);
+    const int given = rowOf(grid, "Cs-137g", "661.66");
+    grid.goTo(given, 3, 1);
+    const QStringList upwards = click(4);
+    std::map<char, double> units = {{'S', 1}, {'M', 60}, {'H', 3600}, {'D', 86400}, {'Y', 3e7}};
+    const auto seconds = [&](const QString& text) {
+        return text.section(' ', 0, 0).toDouble() * units[text.section(' ', 1)[0].toLatin1()];
+    };
+    EXPECT_TRUE(std::ranges::is_sorted(upwards, {}, seconds)) << upwards.join('|').toStdString();
+    EXPECT_NE(upwards, described);
+    EXPECT_EQ(grid.currentRow(), given) << "the current row moves along";
+    EXPECT_EQ(grid.selectionModel()->currentIndex().siblingAtColumn(2).data(), "Cs-137g");
+    const QStringList downwards = click(4);
+    EXPECT_TRUE(std::ranges::is_sorted(downwards, std::greater(), seconds));
+    QTest::keyClick(&grid, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(QApplication::clipboard()->text().contains("Cs-137g"));
+    grid.actions()[1]->trigger();
+    EXPECT_EQ(QApplication::clipboard()->text().count('\n'), described.size());
+    EXPECT_EQ(click(4), described);
+    const QList<QAction*> ways = grid.actions()[2]->menu()->actions();
+    ways[2]->trigger();
+    EXPECT_TRUE(std::ranges::is_sorted(column(3)));
+
+    grid.goTo(1, 1, 1);
+    QTest::keyClicks(form9->findField, "cs137");
+    EXPECT_EQ(grid.text(grid.currentRow(), 3), "Cs-137g");
+    QTest::keyClick(form9->findField, Qt::Key_Return);
+    EXPECT_EQ(grid.text(grid.currentRow(), 3), "Cs-137g") << "from the top again";
+}
+
+TEST_F(NuclideWindowsTest, ListTheKindsOfLinesThatAreChosen) {
+    trigger("win_nd");
+    Form12& form12 = *nuclideData();
+    form12.findField->setText("cs137");
+    QTest::keyClick(form12.findField, Qt::Key_Return);
+    EXPECT_EQ(form12.summary->item(0)->text(), "Nuclide    : Cs-137g");
+    const std::size_t marked = module->nuclide.rows.size();
+    struct Choice {
+        const char* caption;
+        const char* definitions;  // all that are listed, without their numbers and decay modes
+    };
+    for (const Choice& c :
+         {Choice{"Gamma", "G G"}, {"X-ray", "G G G G G"}, {"Beta", "B- B- B- B-"}}) {
+        form12.kindChoice->setCurrentText(c.caption);
+        QStringList listed;
+        for (int row = 1; row <= form12.lineGrid->model()->rowCount(); ++row)
+            listed += form12.lineGrid->text(row, 3).section(QRegularExpression("[ 0-9]"), 0, 0);
+        EXPECT_EQ(listed.join(' ').toStdString(), c.definitions) << c.caption;
+    }
+    EXPECT_EQ(module->nuclide.rows.size(), marked) << "the marks on the plot stay";
+}
 
 TEST_F(NuclideWindowsTest, LeadFromAPeakToItsNuclideAndItsMarks) {
     Form9* form9 = energyList(661.7);
