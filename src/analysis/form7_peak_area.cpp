@@ -206,8 +206,10 @@ void Form7::connectControls() {
         QLineEdit* bound = bounds()[i];
         bound->installEventFilter(this);
         takeNumbers(*bound);
-        connect(bound, &QLineEdit::textEdited, this,
-                [this, i](const QString& text) { fields_.bounds.texts[i] = fromWindow(text); });
+        connect(bound, &QLineEdit::textEdited, this, [this, i](const QString& text) {
+            fields_.bounds.texts[i] = fromWindow(text);
+            showWhetherMeasured();
+        });
         connect(bound, &QLineEdit::editingFinished, this, &Form7::regionsChanged);
     }
     remark->setValidator(new RemarkLimit(remark));
@@ -295,6 +297,21 @@ void Form7::showFields() {
             field->setText(shown);
     }
     showFocusedField();
+    showWhetherMeasured();
+}
+
+// Results of other bounds than those beside them are grey.
+void Form7::showWhetherMeasured() {
+    const QPalette::ColorGroup group =
+        resultsAreOfBounds(work_) ? QPalette::Active : QPalette::Disabled;
+    for (QLineEdit* field :
+         {netArea, countRate, relativeError, lowBackgroundSum, peakSum, highBackgroundSum}) {
+        QPalette colours = field->palette();
+        colours.setColor(QPalette::Active, QPalette::Text, palette().color(group, QPalette::Text));
+        colours.setColor(QPalette::Inactive, QPalette::Text,
+                         palette().color(group, QPalette::Text));
+        field->setPalette(colours);
+    }
 }
 
 // The bound has the focus in this window, also while the main window is the active one.

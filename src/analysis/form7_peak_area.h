@@ -94,6 +94,7 @@ class Form7 : public QWidget {
     void showFields();
     void focusBound(std::int16_t number);  // 1 to 6
     void showFocusedField();
+    void showWhetherMeasured();
 
     PeakAreaWork work_;
     PeakAreaFields& fields_;

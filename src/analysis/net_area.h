@@ -17,6 +17,7 @@ struct PeakRegions {
     std::int32_t pkHigh = 0;
     std::int32_t bkg2Low = 0;
     std::int32_t bkg2High = 0;
+    friend bool operator==(const PeakRegions&, const PeakRegions&) = default;
 };
 
 PeakRegions regionsOf(const PeakAreaSet& set);

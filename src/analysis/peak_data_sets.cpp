@@ -210,6 +210,14 @@ bool nextDataSet(const PeakAreaWork& work) {
     return true;
 }
 
+bool resultsAreOfBounds(const PeakAreaWork& work) {
+    try {
+        return enteredRegions(work.state.fields.bounds) == regionsOf(current(work));
+    } catch (const RuntimeFault&) {
+        return false;  // a number beyond what a bound can hold
+    }
+}
+
 void clearDataSet(const PeakAreaWork& work) {
     if (work.setCount == 0 || !work.dialogs.message({.text = "Do you clear this data set ?",
                                                      .title = "Check...",

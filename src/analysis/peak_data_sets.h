@@ -54,6 +54,10 @@ AreaStatus computePeakArea(const PeakAreaWork& work);
 // loaded now. Faults: those of computePeakArea.
 void showDataSet(const PeakAreaWork& work);
 
+// Whether the results that are shown are those of the bounds that are shown: false once a bound has
+// been changed and not measured yet.
+bool resultsAreOfBounds(const PeakAreaWork& work);
+
 // "<" and ">". True when another set is shown, and the first bound is to have the focus.
 bool previousDataSet(const PeakAreaWork& work);
 bool nextDataSet(const PeakAreaWork& work);

@@ -185,7 +185,10 @@ TEST_F(Analysis, EntersTheCursorsChannelNotTheOneUnderTheMouse) {
     EXPECT_TRUE(form2->plotArea->hasFocus());
     dialogs.inputAnswer = "1234";
     key(Qt::Key_A);
+    const auto resultColour = [this] { return form7().netArea->palette().color(QPalette::Text); };
+    const QColor measured = resultColour();
     rightClick();
+    EXPECT_NE(resultColour(), measured) << "results of other bounds are grey";
     EXPECT_EQ(form7().lowBackgroundFrom->text(), " 1234");
     EXPECT_EQ(module->view.cursorCh, 1234);
     // A field that is clicked into takes the next channel.
