@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <ctime>
 #include <filesystem>
 
@@ -24,6 +25,12 @@ std::string positiveText(double value, std::string_view pattern) {
     return formatNumber(value > 0 ? value : 0.0, pattern);
 }
 
+// What the line is; sums over several lines say "TOT".
+std::string definitionOf(const Recordset& line) {
+    std::string text = line.text("eng_raddef");
+    return text.empty() ? line.text("eng_rad") : text;
+}
+
 EnergyRow rowOf(const Recordset& line, double cursorEnergy) {
     EnergyRow row;
     row.text[1] = formatNumber(line.number("eng_eng"), energyPattern);
@@ -36,9 +43,7 @@ EnergyRow rowOf(const Recordset& line, double cursorEnergy) {
     row.colour[4] = halfLifeColour(line.single("nc_tsec"));
     row.text[5] = positiveText(line.number("nc_1st_br_eng"), energyPattern);
     row.text[6] = positiveText(line.number("nc_1st_br"), intensityPattern);
-    row.text[7] = line.text("eng_raddef");
-    if (row.text[7].empty())
-        row.text[7] = line.text("eng_rad");
+    row.text[7] = definitionOf(line);
     return row;
 }
 
@@ -63,6 +68,10 @@ void goToMiddle(EnergyList& list) {
     const double rowCount = static_cast<double>(list.rows.size() + 1);
     list.current = toInt32(rowCount / 2);
     list.firstVisible = std::max(list.current - 2, 1);
+}
+
+double distanceOf(const EnergyRow& row, double energy) {
+    return std::fabs(parseLeadingNumber(row.text[energyColumn]) - energy);
 }
 
 bool mustRebuild(EnergyListState& state, const EnergyListInput& input) {
@@ -117,11 +126,30 @@ bool recover(EnergyListState& state, const EnergyListInput& input, const std::st
 
 }  // namespace
 
+void markNearest(EnergyList& list) {
+    const auto nearest = std::ranges::min_element(
+        list.rows, {}, [&list](const EnergyRow& row) { return distanceOf(row, list.energy); });
+    list.nearest = static_cast<int>(nearest - list.rows.begin()) + 1;
+}
+
+std::string cursorText(const EnergyList& list) {
+    return list.energy == 0 ? std::string()
+                            : "Cursor: " + formatNumber(list.energy, "0.0") + " keV";
+}
+
+std::string hiddenLinesText(const EnergyList& list) {
+    const std::size_t shown = list.current == 0 ? 0 : list.rows.size();
+    if (shown >= list.linesInRange)
+        return {};
+    return std::to_string(shown) + " of " + std::to_string(list.linesInRange) +
+           " lines shown; the Gate hides the others";
+}
+
 EnergyList listFromDatabase(NuclideDatabase& database, const EnergyEntries& entries,
                             double energy) {
     const EnergyFilter filter(entries);
     const double halfWidth = halfWidthOf(entries);
-    EnergyList list;
+    EnergyList list{.rows = {}, .energy = energy};
     const float low = toSingle(energy - halfWidth);
     const float high = toSingle(energy + halfWidth);
     Recordset& lines = database.queryEnergyWindow(low, high);
@@ -129,12 +157,11 @@ EnergyList listFromDatabase(NuclideDatabase& database, const EnergyEntries& entr
         // The database compares its doubles with single bounds; a line at a bound is none of the
         // list.
         const float line = lines.single("eng_eng");
-        if (line <= low || line >= high || !filter.passes(lines))
+        if (line <= low || line >= high || definitionOf(lines).find("TOT") != std::string::npos)
             continue;
-        list.rows.push_back(rowOf(lines, energy));
-        // Sums over several lines never stay in the list.
-        if (list.rows.back().text[7].find("TOT") != std::string::npos)
-            list.rows.pop_back();
+        ++list.linesInRange;
+        if (filter.passes(lines))
+            list.rows.push_back(rowOf(lines, energy));
     }
     if (list.rows.empty()) {
         list.rows.emplace_back().text[energyColumn] = "No Data";
@@ -142,6 +169,7 @@ EnergyList listFromDatabase(NuclideDatabase& database, const EnergyEntries& entr
     }
     sortByEnergy(list.rows);
     goToMiddle(list);
+    markNearest(list);
     return list;
 }
 

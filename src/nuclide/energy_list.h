@@ -41,7 +41,17 @@ struct EnergyList {
     // Rows counted from 1; 0 for none.
     int firstVisible = 0;
     int current = 0;
+    int nearest = 0;               // the row whose energy is nearest to the cursor's
+    double energy = 0;             // of the cursor, keV
+    std::size_t linesInRange = 0;  // of the database, with those that the Gate hides
 };
+
+// Sets the nearest row; the first of those that are equally near. There must be lines.
+void markNearest(EnergyList& list);
+
+// What stands below a list: "Cursor: 661.7 keV", and behind it how many lines the Gate hides.
+std::string cursorText(const EnergyList& list);
+std::string hiddenLinesText(const EnergyList& list);
 
 // What the window keeps between two refreshes.
 struct EnergyListState {

@@ -124,7 +124,7 @@ EnergyList listFromFile(const std::string& path, double energy) {
     const std::int64_t above = firstAbove(records, energy * energyUnit);
     const std::int64_t first = std::max<std::int64_t>(above - recordsBefore, 1);
     const std::int64_t last = std::min(first + recordsShown - 1, records.count());
-    EnergyList list{.format = fileListFormat, .rows = {}};
+    EnergyList list{.format = fileListFormat, .rows = {}, .energy = energy};
     for (std::int64_t k = first; k <= last; ++k)
         list.rows.push_back(rowOf(records.at(k), energy));
     if (list.rows.empty()) {
@@ -134,6 +134,7 @@ EnergyList listFromFile(const std::string& path, double energy) {
     list.current =
         static_cast<int>(std::clamp<std::int64_t>(above - first + 1, 1, last - first + 1));
     list.firstVisible = std::max(list.current - 2, 1);
+    markNearest(list);
     return list;
 }
 

@@ -26,15 +26,17 @@ QString numbered(const char* name, int number) {
     return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(number);
 }
 
-std::vector<GridRow> gridRows(const std::vector<EnergyRow>& list) {
+std::vector<GridRow> gridRows(const EnergyList& list) {
     std::vector<GridRow> rows;
-    rows.reserve(list.size());
-    for (const EnergyRow& line : list) {
+    rows.reserve(list.rows.size());
+    for (const EnergyRow& line : list.rows) {
         GridRow& row = rows.emplace_back();
         for (std::size_t column = 1; column < EnergyRow::columns; ++column)
             row.push_back({line.text.at(column), line.colour.at(column)});
         row.at(halfLifeColumn - 1).value = line.halfLife;
     }
+    if (list.nearest > 0)
+        rows.at(static_cast<std::size_t>(list.nearest) - 1).front().marked = true;
     return rows;
 }
 
@@ -52,6 +54,8 @@ Form9::Form9(EnergyListContext context, QWidget* parent)
       lineGrid(new Grid(context.palette, this)),
       databaseDate(new QLineEdit(this)),
       findField(new QLineEdit(this)),
+      cursorEnergy_(new QLabel(this)),
+      hiddenLines_(new QLabel(this)),
       context_(std::move(context)) {
     setObjectName(QStringLiteral("Form9"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -82,6 +86,15 @@ void Form9::buildListTab() {
     auto* column = new QVBoxLayout(page);
     column->addWidget(databaseDate);
     column->addWidget(lineGrid, 1);
+    for (QLabel* label : {cursorEnergy_, hiddenLines_})
+        label->setTextFormat(Qt::PlainText);
+    cursorEnergy_->setObjectName(QStringLiteral("cursorEnergy"));
+    hiddenLines_->setObjectName(QStringLiteral("hiddenLines"));
+    auto* below = new QHBoxLayout;
+    below->addWidget(cursorEnergy_);
+    below->addStretch();
+    below->addWidget(hiddenLines_);
+    column->addLayout(below);
     column->addLayout(findRow(
         *findField,
         "&Find nuclide:", "Go to a nuclide of the list, such as cs137 (Alt+F; Enter: the next)"));
@@ -197,8 +210,10 @@ void Form9::refreshList() {
 void Form9::showList() {
     const EnergyList& list = state_.list;
     databaseDate->setText(toWindow(state_.updateText));
+    cursorEnergy_->setText(toWindow(cursorText(list)));
+    hiddenLines_->setText(toWindow(hiddenLinesText(list)));
     lineGrid->setFormat(list.format);
-    lineGrid->setRows(gridRows(list.rows));
+    lineGrid->setRows(gridRows(list));
     if (list.current == 0)
         return;
     lineGrid->goTo(list.current, static_cast<int>(nuclideColumn), list.firstVisible);

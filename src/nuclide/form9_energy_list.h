@@ -4,6 +4,7 @@
 #include <array>
 #include <functional>
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QTabWidget>
@@ -70,6 +71,8 @@ class Form9 : public QWidget {
     EnergyEntries entries() const;
     void showList();
 
+    QLabel* const cursorEnergy_;
+    QLabel* const hiddenLines_;
     EnergyListContext context_;
     EnergyListState state_;
 };

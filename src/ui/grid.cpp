@@ -9,6 +9,7 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QStyledItemDelegate>
 
 #include "base/text.h"
@@ -23,11 +24,21 @@ namespace {
 
 constexpr int fixedColumnWidth = 14;  // pixels
 constexpr int cellMargin = 12;
+constexpr int markWidth = 5;
+constexpr int markRole = Qt::UserRole;
 
 // A coloured cell keeps its colour in a selected row; the plain cells show the selection.
 class ColouredCells : public QStyledItemDelegate {
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        QStyledItemDelegate::paint(painter, option, index);
+        if (index.data(markRole).toBool())
+            painter->fillRect(QRect(option.rect.topLeft(), QSize(markWidth, option.rect.height())),
+                              Qt::darkGreen);
+    }
 
   protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
@@ -149,6 +160,8 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
                 static_cast<std::size_t>(filled ? row[column].colour : palette_number::white)));
         case Qt::ForegroundRole:
             return QColor(Qt::black);
+        case markRole:
+            return filled && row[column].marked;
         default:
             return {};
     }

@@ -18,6 +18,7 @@ struct GridCell {
     std::string text;
     int colour = palette_number::white;  // of the background, by its number in the palette
     std::optional<double> value = {};    // it is sorted by; none: the number or text that it shows
+    bool marked = false;                 // with a bar at its left edge
 };
 using GridRow = std::vector<GridCell>;
 

@@ -60,8 +60,12 @@ TEST_F(EnergyListTest, LeavesOutTheBoundsOfTheWindowAndKeepsThoseOfTheFilters) {
     EXPECT_THAT(column(1), ElementsAre("No Data"));
     entries.text[9] = "3.0001 keV";
     EXPECT_EQ(column(1).size(), 4U);
+    EXPECT_EQ(hiddenLinesText(state.list), "4 of 5 lines shown; the Gate hides the others");
+    EXPECT_EQ(cursorText(state.list), "Cursor: 661.5 keV");
+    EXPECT_EQ(state.list.nearest, 2) << "658.80, 2.7 keV away";
     entries.text[1] = "";
     EXPECT_THAT(column(1), ElementsAre("No Data"));
+    EXPECT_EQ(hiddenLinesText(state.list), "0 of 5 lines shown; the Gate hides the others");
 }
 
 TEST_F(EnergyListTest, FillsTheColumnsAndColoursTheirCells) {
