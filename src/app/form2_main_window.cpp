@@ -74,8 +74,9 @@ Form2::Form2(Module1& module, Dialogs& dialogs)
 }
 
 PlotInput Form2::plotInput() const {
-    return {module_.spectrum,      module_.derived, module_.view,
-            module_.channelColour, module_.palette, &module_.peakArea.fields.bounds};
+    return {module_.spectrum,      module_.derived,     module_.view,
+            module_.channelColour, module_.plotPalette, &module_.peakArea.fields.bounds,
+            &module_.preferences};
 }
 
 void Form2::placeControls() {
@@ -102,7 +103,7 @@ void Form2::placeControls() {
     column->addWidget(noticeLine_);
     column->addWidget(plotArea, 1);
     column->addWidget(energyStrip);
-    column->addSpacing(row->spacing());
+    column->addSpacing(6);
     column->addLayout(row);
     setCentralWidget(central);
     // Smaller than this the texts of the plot would be cut or overlap. On a screen without that
@@ -152,6 +153,8 @@ void Form2::showAtStart() {
     if (placement.width > narrowestPlacement)
         place(*this, placement);
     statusLine->clear();
+    if (module_.preferences.colours != ColourScheme::Black || module_.preferences.largeTexts)
+        takeLook();
     view_.start();
     plotArea->setFocus();
 }

@@ -97,6 +97,26 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void leave();
     void switchEnergyAxis();
     bool showsEnergyAxis() const;
+    template <ColourScheme scheme>
+    void useColours() {
+        module_.preferences.colours = scheme;
+        showLook();
+    }
+    template <ColourScheme scheme>
+    bool usesColours() const {
+        return module_.preferences.colours == scheme;
+    }
+    template <bool PlotLook::*part>
+    void switchLook() {
+        module_.preferences.*part = !(module_.preferences.*part);
+        showLook();
+    }
+    template <bool PlotLook::*part>
+    bool looks() const {
+        return module_.preferences.*part;
+    }
+    void takeLook();
+    void showLook();
     void showAllChannels();
     void fitScale();
     void zoomBack();

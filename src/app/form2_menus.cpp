@@ -83,6 +83,19 @@ std::span<const Form2::Action> Form2::actions() {
         Action{"optn", "energyAxis", "Energy A&xis", "", "",
                "Show or hide the strip of energies below the plot", &F::switchEnergyAxis,
                &F::showsEnergyAxis},
+        Action{"optn", "fineTicks", "&Fine Ticks", "", "",
+               "Show or hide minor ticks, and labels at all ticks",
+               &F::switchLook<&PlotLook::fineTicks>, &F::looks<&PlotLook::fineTicks>},
+        Action{"optn", "largeTexts", "&Large Texts", "", "", "Larger or usual texts in the plot",
+               &F::switchLook<&PlotLook::largeTexts>, &F::looks<&PlotLook::largeTexts>},
+        Action{"optn", "colours", "&Colours"},
+        Action{"colours", "blackColours", "&Black", "", "", "Light colours on black",
+               &F::useColours<ColourScheme::Black>, &F::usesColours<ColourScheme::Black>},
+        Action{"colours", "lightColours", "&Light", "", "", "Dark colours on white",
+               &F::useColours<ColourScheme::Light>, &F::usesColours<ColourScheme::Light>},
+        Action{"colours", "safeColours", "&Safe", "", "",
+               "Colours on black that the colour-blind tell apart",
+               &F::useColours<ColourScheme::Safe>, &F::usesColours<ColourScheme::Safe>},
         Action{"", "win", "&Window"},
         Action{"win", "win_wngy", "Open &EnergyList", "F5, E", "",
                "List the lines near the energy at the cursor", &F::showEnergyList},
@@ -206,6 +219,19 @@ void Form2::switchEnergyAxis() {
 
 bool Form2::showsEnergyAxis() const {
     return module_.preferences.energyAxis;
+}
+
+void Form2::takeLook() {
+    const PlotLook& look = module_.preferences;
+    module_.plotPalette = plotPalette(look.colours);
+    plotArea->setLook(look);
+    energyStrip->setTextPoints(look.textPoints());
+}
+
+void Form2::showLook() {
+    takeLook();
+    buildMarks();
+    view_.redraw();
 }
 
 void Form2::showAllChannels() {

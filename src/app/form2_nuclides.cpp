@@ -91,7 +91,7 @@ void Form2::switchNuclideMarks() {
 
 void Form2::buildMarks() {
     buildNuclideMarks(module_.channelColour, module_.nuclRoiOn, markedLines(module_.nuclide),
-                      module_.spectrum, module_.palette);
+                      module_.spectrum, module_.plotPalette);
 }
 
 }  // namespace kestrel

@@ -24,8 +24,9 @@ struct Module1 {
     std::vector<std::string> headerLines;  // what the data information window lists
     Notice notice;                         // what the main window says of the spectrum
     ViewState view;
-    ChannelArray<Colour> channelColour;  // 0: no nuclide mark
-    Palette palette = standardPalette;
+    ChannelArray<Colour> channelColour;     // 0: no nuclide mark
+    Palette palette = standardPalette;      // of the tables
+    Palette plotPalette = standardPalette;  // by the colours that the user has chosen
     Settings settings;
     Preferences preferences;
     int lastFilterIndex = 1;            // of the open dialog

@@ -6,19 +6,16 @@
 #include <vector>
 
 #include "base/keyed_lines.h"
-#include "view/plot_colours.h"
+#include "view/plot_look.h"
 
 namespace kestrel {
 
 // Each has a line in the table of preferences.cpp.
-struct Preferences {
+struct Preferences : PlotLook {
     std::string folder;  // of the file
     bool energyAxis = true;
-    bool fineTicks = false;
-    bool largeTexts = false;
     bool markLabels = false;
-    bool photonsOnly = false;  // marks of gamma and X-rays, no electron lines
-    ColourScheme colours = ColourScheme::Black;
+    bool photonsOnly = false;              // marks of gamma and X-rays, no electron lines
     std::vector<std::string> recentFiles;  // the last one first
     KeyedLines asStored;                   // as this run has read or last written them
 };

@@ -29,6 +29,9 @@ class PainterCanvas : public Canvas {
     // stay. Without a device nothing is drawn.
     void attach(QPaintDevice* device, QSize dots, double dotsPerUnit, int lineDots = 1);
 
+    // Takes effect with the next device.
+    void setFontPoints(double points) { fontPoints_ = points; }
+
     // Begins to draw, which the first call of a drawing function does as well. False where the
     // device cannot be drawn on.
     bool begin();

@@ -1,6 +1,7 @@
 #include "view/axes.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "base/integers.h"
 #include "base/number_text.h"
@@ -8,6 +9,7 @@
 namespace kestrel {
 namespace {
 
+constexpr double fineTick = 0.5;      // of the length of a tick
 constexpr double tickLength = 0.008;  // of the count axis, as a part of the width
 
 // The label of a tick starts at it, but stays on the canvas: the last tick lies at its right edge.
@@ -39,9 +41,44 @@ void drawCountAxis(const ViewState& view, Canvas& canvas) {
     canvas.line(view.viewStartCh, plotTop, view.viewStartCh, axisBase, canvas.foreColour());
 }
 
-void drawCountTick(const ViewState& view, double y, Canvas& canvas) {
-    canvas.line(view.viewStartCh - tickLength * view.viewWidth, y, view.viewStartCh, y,
+void drawCountTick(const ViewState& view, double y, Canvas& canvas, double part) {
+    canvas.line(view.viewStartCh - part * tickLength * view.viewWidth, y, view.viewStartCh, y,
                 canvas.foreColour());
+}
+
+namespace {
+
+void drawFineCountTicks(const ViewState& view, Canvas& canvas) {
+    if (view.linLogMode == CountAxis::Linear) {
+        for (int fifth = 1; fifth < 20; ++fifth)
+            drawCountTick(view, plotTop * fifth / 20, canvas, fineTick);
+        return;
+    }
+    for (int decade = 0; decade < 6; ++decade) {
+        for (int digit = 2; digit <= 9; ++digit)
+            drawCountTick(view, 200.0 * (decade + std::log10(digit)), canvas, fineTick);
+    }
+}
+
+}  // namespace
+
+void drawFineTicks(const ViewState& view, Canvas& canvas) {
+    const int step = std::max<int>(toInt16(view.viewWidth / 16.0), 1);
+    for (int x = view.viewStartCh; x <= view.viewEndCh; x += step)
+        canvas.line(x, axisBase, x, fineTick * axisBase, canvas.foreColour());
+    drawFineCountTicks(view, canvas);
+}
+
+std::string countLabel(std::int64_t counts) {
+    auto value = static_cast<double>(counts);
+    std::string suffix;
+    for (const char* next : {"K", "M"}) {
+        if (value >= 1024) {
+            value /= 1024;
+            suffix = next;
+        }
+    }
+    return plainNumber(value) + suffix;
 }
 
 std::string fullScaleLabel(std::int16_t exponent) {

@@ -19,8 +19,14 @@ void printAt(Canvas& canvas, double x, double y, const std::string& text);
 void drawChannelAxis(const ViewState& view, Canvas& canvas);
 
 void drawCountAxis(const ViewState& view, Canvas& canvas);
-void drawCountTick(const ViewState& view, double y, Canvas& canvas);
+// `part` of the full length.
+void drawCountTick(const ViewState& view, double y, Canvas& canvas, double part = 1.0);
 
+// Ticks of half the length between those of the two axes. Faults: Overflow.
+void drawFineTicks(const ViewState& view, Canvas& canvas);
+
+// Counts on the linear axis as 768, 1.5K, 2M.
+std::string countLabel(std::int64_t counts);
 // The full scale of 2^exponent counts as 256, 1K, 2M: always with the place of the suffix.
 std::string fullScaleLabel(std::int16_t exponent);
 

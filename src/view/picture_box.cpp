@@ -38,7 +38,7 @@ int lineDotsAt(double ratio) {
 }
 
 PictureBox::PictureCanvas::PictureCanvas(QWidget& owner)
-    : PainterCanvas(fixedPitchFont(plotFontPoints)), owner_(owner) {}
+    : PainterCanvas(fixedPitchFont(PlotLook{}.textPoints())), owner_(owner) {}
 
 void PictureBox::PictureCanvas::clear(Colour background) {
     PainterCanvas::clear(background);
@@ -61,8 +61,17 @@ void PictureBox::makePicture() {
     const double ratio = devicePixelRatioF();
     canvas_.attach(nullptr, dotsOf(*this), ratio);  // the old picture goes
     picture_ = QImage(dotsOf(*this), QImage::Format_RGB32);
-    picture_.fill(Qt::black);
+    picture_.fill(toQColor(palette_[palette_number::black]));
     canvas_.attach(&picture_, picture_.size(), ratio, lineDotsAt(ratio));
+}
+
+// Base line and channel ticks are drawn in what the drawing before has left.
+void PictureBox::setLook(const PlotLook& look) {
+    palette_ = plotPalette(look.colours);
+    canvas_.setForeColour(palette_[palette_number::lightRed]);
+    canvas_.setFontPoints(look.textPoints());
+    makePicture();
+    update();
 }
 
 void PictureBox::placeCursorMark(const CursorMark& mark) {
@@ -89,7 +98,7 @@ void PictureBox::paintEvent(QPaintEvent* event) {
     // Dot by dot, whatever fraction the pixel ratio is.
     painter.scale(1.0 / ratio, 1.0 / ratio);
     painter.drawImage(QPointF(0, 0), picture_);
-    QColor bandColour = toQColor(standardPalette[palette_number::grey]);
+    QColor bandColour = toQColor(palette_[palette_number::grey]);
     bandColour.setAlpha(bandStrength);
     painter.fillRect(band(), bandColour);
     if (mark_.shown) {
@@ -97,7 +106,7 @@ void PictureBox::paintEvent(QPaintEvent* event) {
         const QPoint bottom = canvas_.toDevice(mark_.x, CursorMark::bottom);
         const int width = std::max(1, qRound(ratio));
         painter.fillRect(QRect(top.x() - width / 2, top.y(), width, bottom.y() - top.y() + 1),
-                         toQColor(standardPalette[CursorMark::colour]));
+                         toQColor(palette_[CursorMark::colour]));
     }
 }
 

@@ -12,8 +12,6 @@
 
 namespace kestrel {
 
-inline constexpr double plotFontPoints = 10;
-
 // The size of a widget, at least one, in the dots of its screen.
 QSize dotsOf(const QWidget& widget);
 // How wide lines are drawn on a screen with so many dots in a pixel.
@@ -31,6 +29,8 @@ class PictureBox : public QWidget {
     const QImage& picture();
 
     void placeCursorMark(const CursorMark& mark);
+    // The picture is empty afterwards and must be drawn again.
+    void setLook(const PlotLook& look);
 
     // Whether the user has seen it yet: until then the window system is still sizing it.
     bool seen() const { return seen_; }
@@ -84,6 +84,7 @@ class PictureBox : public QWidget {
     QImage picture_;
     PictureCanvas canvas_;
     CursorMark mark_;
+    Palette palette_ = standardPalette;
     bool seen_ = false;
     // Between press and release of the left button, in the user scale.
     struct Drag {

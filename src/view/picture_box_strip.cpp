@@ -12,9 +12,17 @@
 namespace kestrel {
 
 PictureStrip::PictureStrip(QWidget* parent, Drawing drawing)
-    : QWidget(parent), drawing_(std::move(drawing)), canvas_(fixedPitchFont(plotFontPoints)) {
+    : QWidget(parent),
+      drawing_(std::move(drawing)),
+      canvas_(fixedPitchFont(PlotLook{}.textPoints())) {
     setAttribute(Qt::WA_OpaquePaintEvent);
-    setFixedHeight(QFontMetrics(fixedPitchFont(plotFontPoints)).height() * 3 / 2);
+    setTextPoints(PlotLook{}.textPoints());
+}
+
+void PictureStrip::setTextPoints(double points) {
+    canvas_.setFontPoints(points);
+    setFixedHeight(QFontMetrics(fixedPitchFont(points)).height() * 3 / 2);
+    update();
 }
 
 void PictureStrip::paintEvent(QPaintEvent*) {

@@ -19,6 +19,8 @@ class PictureStrip : public QWidget {
     // As high as a line of the plot's text and the ticks above it.
     PictureStrip(QWidget* parent, Drawing drawing);
 
+    void setTextPoints(double points);
+
   protected:
     void paintEvent(QPaintEvent* event) override;
 

@@ -39,6 +39,19 @@ void drawLogPlot(const PlotInput& input, Canvas& canvas) {
     drawCurve(input, canvas);
 }
 
+// Below each tick of the linear axis but the highest, which has the full scale.
+void labelQuarters(const ViewState& view, Canvas& canvas) {
+    for (int quarter = 0; quarter < 4; ++quarter)
+        printAt(canvas, labelPosition(view), plotTop * quarter / 4,
+                countLabel((std::int64_t{1} << view.yScaleExp) * quarter / 4));
+}
+
+void drawFineAxes(const ViewState& view, Canvas& canvas) {
+    drawFineTicks(view, canvas);
+    if (view.linLogMode == CountAxis::Linear)
+        labelQuarters(view, canvas);
+}
+
 // At a quarter and at three quarters of the range shown.
 void drawHeaderTexts(const PlotInput& input, Canvas& canvas) {
     const int start = input.view.viewStartCh;
@@ -61,6 +74,8 @@ void drawSpectrum(const PlotInput& input, Canvas& canvas) {
         drawLinearPlot(input, canvas);
     else
         drawLogPlot(input, canvas);
+    if (input.look != nullptr && input.look->fineTicks)
+        drawFineAxes(input.view, canvas);
     drawHeaderTexts(input, canvas);
     drawRegions(input, canvas);
 }

@@ -8,6 +8,7 @@
 #include "spectrum/derived_arrays.h"
 #include "spectrum/region_bounds.h"
 #include "spectrum/spectrum.h"
+#include "view/plot_look.h"
 #include "view/view_state.h"
 
 namespace kestrel {
@@ -20,6 +21,7 @@ struct PlotInput {
     const ChannelArray<Colour>& channelColour;  // 0: drawn white
     const Palette& palette;
     const RegionBounds* regions = nullptr;  // null: a plot that never shows any
+    const PlotLook* look = nullptr;         // null: without additions
 };
 
 // Repaints all of the canvas. It leaves the fore colour light red, in which the base line and the

@@ -35,7 +35,8 @@ class Plot : public testing::Test {
         view.viewEndCh = static_cast<std::int16_t>(end);
         view.viewWidth = static_cast<std::int16_t>(end - start);
         canvas.setScale(plotScale(view));
-        drawSpectrum({*spectrum, *derived, view, *colours, standardPalette}, canvas);
+        drawSpectrum({*spectrum, *derived, view, *colours, standardPalette, nullptr, &look},
+                     canvas);
     }
 
     std::vector<Line> linesIn(Colour colour) const {
@@ -49,6 +50,7 @@ class Plot : public testing::Test {
     std::unique_ptr<DerivedArrays> derived = std::make_unique<DerivedArrays>();
     std::unique_ptr<ChannelArray<Colour>> colours = std::make_unique<ChannelArray<Colour>>();
     ViewState view;
+    PlotLook look;
     test::RecordingCanvas canvas;
 };
 
@@ -94,6 +96,29 @@ TEST_F(Plot, LabelsTheFullScaleOfTheLinearAxis) {
         EXPECT_EQ(text->text, label);
         EXPECT_EQ(text->x, -40.96);
     }
+}
+
+TEST_F(Plot, AddsFineTicksAndLabelsByChoiceOnly) {
+    for (const CountAxis axis : {CountAxis::Linear, CountAxis::Logarithmic}) {
+        view = {.linLogMode = axis, .yScaleExp = 12};
+        look.fineTicks = false;
+        draw(1024, 2048);
+        draw(1024, 2048);
+        const std::vector<Line> plain = canvas.lines;
+        look.fineTicks = true;
+        draw(1024, 2048);
+        const std::size_t countTicks = axis == CountAxis::Linear ? 19 : 48;
+        EXPECT_EQ(canvas.lines.size(), plain.size() + 17 + countTicks);
+        for (const Line& line : plain)
+            EXPECT_TRUE(canvas.has(line)) << line.x1 << ", " << line.y1;
+    }
+    EXPECT_TRUE(canvas.has({1024 - 0.004 * 1024, 200 * (1 + std::log10(2)), 1024,
+                            200 * (1 + std::log10(2)), lightRed}));
+    view = {.linLogMode = CountAxis::Linear, .yScaleExp = 11};
+    draw(0, 64);
+    ASSERT_TRUE(canvas.textBeginning("1.5K"));
+    EXPECT_EQ(canvas.textBeginning("1.5K")->y, 900);
+    EXPECT_EQ(canvas.textBeginning("512")->y, 300);
 }
 
 TEST_F(Plot, PlacesTheHeaderTextsAtQuartersOfTheRange) {
