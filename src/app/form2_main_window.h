@@ -115,6 +115,8 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     bool looks() const {
         return module_.preferences.*part;
     }
+    void savePicture();
+    void drawPlot(Canvas& canvas) const;
     void takeLook();
     void showLook();
     void showAllChannels();

@@ -54,6 +54,8 @@ std::span<const Form2::Action> Form2::actions() {
                "Open the next spectrum of the folder in the same view", &F::openNextFile},
         Action{"file", "previousFile", "P&revious File", "", "Ctrl+U",
                "Open the previous spectrum of the folder in the same view", &F::openPreviousFile},
+        Action{"file", "savePicture", "Save P&icture...", "", "",
+               "Save the plot as a PNG, SVG or PDF file", &F::savePicture},
         Action{"", "pkarea", "&pkArea", "", "", "Measure peak areas", &F::showPeakArea},
         Action{"", "jump", "&Jump"},
         Action{"jump", "jump_ch", "&Ch", "F1, A", "", "Move the cursor to a channel",
@@ -209,29 +211,6 @@ void Form2::calibrateEnergy() {
     if (form5.exec() == QDialog::Accepted)
         view_.redraw();
     focusPlot();
-}
-
-void Form2::switchEnergyAxis() {
-    bool& shown = module_.preferences.energyAxis;
-    shown = !shown;
-    energyStrip->setVisible(shown);
-}
-
-bool Form2::showsEnergyAxis() const {
-    return module_.preferences.energyAxis;
-}
-
-void Form2::takeLook() {
-    const PlotLook& look = module_.preferences;
-    module_.plotPalette = plotPalette(look.colours);
-    plotArea->setLook(look);
-    energyStrip->setTextPoints(look.textPoints());
-}
-
-void Form2::showLook() {
-    takeLook();
-    buildMarks();
-    view_.redraw();
 }
 
 void Form2::showAllChannels() {

@@ -34,10 +34,20 @@ void PainterCanvas::attach(QPaintDevice* device, QSize dots, double dotsPerUnit,
     forgetPending();
     device_ = device;
     dots_ = dots;
+    origin_ = {};
     dotsPerUnit_ = dotsPerUnit;
     lineDots_ = lineDots;
     // In dots, whatever resolution the device claims to have.
     font_.setPixelSize(std::max(1, qRound(fontPoints_ / pointsPerUnit * dotsPerUnit)));
+    updateFactors();
+}
+
+void PainterCanvas::goOnIn(const QRect& part) {
+    flush();
+    if (QPainter* p = painter())
+        p->translate(part.topLeft() - origin_);
+    origin_ = part.topLeft();
+    dots_ = part.size();
     updateFactors();
 }
 

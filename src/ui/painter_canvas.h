@@ -32,6 +32,9 @@ class PainterCanvas : public Canvas {
     // Takes effect with the next device.
     void setFontPoints(double points) { fontPoints_ = points; }
 
+    // A part of the device, in dots, takes the place of the whole.
+    void goOnIn(const QRect& part);
+
     // Begins to draw, which the first call of a drawing function does as well. False where the
     // device cannot be drawn on.
     bool begin();
@@ -70,6 +73,7 @@ class PainterCanvas : public Canvas {
 
     QPaintDevice* device_ = nullptr;
     QSize dots_;
+    QPoint origin_;
     double dotsPerUnit_ = 1.0;
     int lineDots_ = 1;
     std::unique_ptr<QPainter> painter_;

@@ -691,5 +691,47 @@ TEST_F(MainWindow, KeepsWhetherTheEnergiesAreShown) {
     startModule1(*module, folder.path());
     EXPECT_FALSE(module->preferences.energyAxis);
 }
+TEST_F(MainWindow, SavesItsPictureWithTextsAsTexts) {
+    openSample();
+    const auto save = [this](const char* name) {
+        dialogs.fileAnswer = {.path = folder.file(name)};
+        trigger("savePicture");
+        return folder.read(name);
+    };
+    const QImage image = QImage::fromData(QByteArray::fromStdString(save("a.png")));
+    const QSize plot = form2->plotArea->size();
+    EXPECT_EQ(image.size(), plot + QSize(0, form2->energyStrip->height()));
+    // The described picture above, drawn for a second time and so with its ticks in red.
+    form2->activateWindow();
+    key(Qt::Key_L);
+    key(Qt::Key_L);
+    EXPECT_EQ(image.copy(QRect({}, plot)), form2->picture());
+    const std::string svg = save("a.svg");
+    EXPECT_NE(svg.find(">Comment  : Eu-152"), std::string::npos);
+    EXPECT_NE(svg.find(">500<"), std::string::npos) << "an energy of the strip";
+    EXPECT_TRUE(save("a.pdf").starts_with("%PDF-"));
+    EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(MainWindow, KeepsItsColoursAndDrawsItselfInThem) {
+    openSample();
+    const QImage black = form2->picture().copy();
+    for (const char* item : {"lightColours", "largeTexts", "fineTicks"})
+        trigger(item);
+    QApplication::processEvents();
+    EXPECT_EQ(form2->picture().pixel(1, 1), white);
+    for (const char* item : {"blackColours", "largeTexts", "fineTicks"})
+        trigger(item);
+    QApplication::processEvents();
+    key(Qt::Key_Home);
+    EXPECT_EQ(form2->picture(), black);
+    trigger("lightColours");
+    form2->endSession();
+    form2.reset();
+    startModule1(*module, folder.path());
+    start();
+    EXPECT_EQ(form2->picture().pixel(1, 1), white);
+}
+
 }  // namespace
 }  // namespace kestrel
