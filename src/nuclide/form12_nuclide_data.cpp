@@ -21,8 +21,8 @@ namespace {
 constexpr int summaryLines = 3;
 
 struct KindChoice {
-    const char* caption;
-    std::initializer_list<LineKind> kinds;  // none: all
+    const char* caption = "";
+    std::initializer_list<LineKind> kinds = {};  // none: all
 };
 const KindChoice kindChoices[] = {
     {"All lines", {}},

@@ -144,9 +144,9 @@ void SpectrumView::setPlotMode(PlotMode mode) {
 }
 
 struct SpectrumView::KeyBinding {
-    int keyCode;
-    int shift;
-    void (*action)(SpectrumView& view, int shift);
+    int keyCode = 0;
+    int shift = 0;
+    void (*action)(SpectrumView& view, int shift) = nullptr;
     const char* name = "";
     const char* does = "";
 };
