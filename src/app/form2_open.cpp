@@ -124,13 +124,22 @@ void Form2::showNotice() {
     noticeLine_->say(module_.notice.text(), module_.notice.before != nullptr);
 }
 
-// With the view that the user had, as far as it lies in the spectrum.
+// With the view that the user had, as far as it lies in the spectrum. A refusal has left the
+// caption alone.
 void Form2::restoreSpectrum() {
     restoreBefore(openTarget());
     showNotice();
-    const bool inside = module_.view.viewEndCh <= module_.spectrum.channelCount;
-    showLoaded([&] { inside ? view_.redraw() : view_.showNewSpectrum(); },
-               module_.peakArea.currentSet);
+    // A file of no channels leaves a range of none.
+    const ViewState& view = module_.view;
+    const bool inside = view.viewStartCh >= 0 && view.viewStartCh < view.viewEndCh &&
+                        view.viewEndCh <= module_.spectrum.channelCount;
+    if (form10_)
+        form10_->refresh();
+    buildMarks();
+    if (inside)
+        view_.redraw();
+    else
+        view_.showNewSpectrum();
     focusPlot();
 }
 
@@ -153,10 +162,6 @@ void Form2::showLoaded(ShowPlot showPlot, std::int16_t peakSet) {
 }
 
 void Form2::showCaption() {
-    if (module_.spectrum.filePath.empty()) {
-        setWindowTitle(baseCaption());
-        return;
-    }
     QString path = signsOfPath(module_.spectrum.filePath);
     // In a window title Qt takes this for the mark of unsaved changes.
     path.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));

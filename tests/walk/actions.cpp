@@ -203,6 +203,9 @@ void Walk::chooseItem() {
         effects_ = Jumps | FocusesPlot;
     else if (name.startsWith(QLatin1String("o111(")))
         effects_ = Redraws | FocusesPlot;
+    leafed_ = name == QLatin1String("nextFile") || name == QLatin1String("previousFile");
+    if (leafed_)
+        effects_ = MovesCursor;
     if (item->menu() == nullptr)
         item->trigger();
 }
@@ -279,6 +282,8 @@ void Walk::actOn(QWidget& window) {
             field->insert(toWindow(text));
     } else if (auto* button = kind < 9 ? anyReachable<QPushButton>(window, random_) : nullptr) {
         journal_.note("  press " + button->text().toStdString());
+        if (button->objectName() == QLatin1String("restore"))
+            countsBefore_ = module_->notice.before->spectrum.counts;
         QTest::mouseClick(button, Qt::LeftButton);
     } else if (auto* child = kind < 13 ? anyReachable<QWidget>(window, random_) : nullptr) {
         click(*child);

@@ -28,13 +28,14 @@ bool Walk::step() {
     inputsBefore_ = dialogs_.inputs;
     dialogs_.forget();
     effects_ = Nothing;
+    leafed_ = false;
     modalActs_ = 0;
     perform();
     for (const std::string& message : dialogs_.messages)
         journal_.note("  message: " + message);
     faulted_ = told(faultStart);
     cutShort_ = faulted_ || told("File does not read.");
-    opened_ = !dialogs_.opened.empty();
+    opened_ = leafed_ || !dialogs_.opened.empty();
     return form2_->isVisible() ? holds() : leftProperly();
 }
 
@@ -57,9 +58,9 @@ bool Walk::told(std::string_view start) const {
 }
 
 bool Walk::holds() {
-    if (cutShort_)
+    if (cutShort_ || leafed_)
         statusStale_ = true;
-    else if (promised(Redraws) || opened_)
+    else if (promised(Redraws) || (opened_ && !leafed_))
         statusStale_ = false;
     return require(faulted_ || !promised(Faults), "a fault that is not shown") && stateHolds() &&
            windowHolds() && captionHolds() && faultsHold() && (cutShort_ || promisesHold()) &&
@@ -74,7 +75,8 @@ bool Walk::stateHolds() {
     const auto within = [](int value, int least, int most) {
         return value >= least && value <= most;
     };
-    ordinary_ = ((opened_ && !cutShort_) || ordinary_) && within(channels, 64, maxChannels);
+    ordinary_ =
+        ((opened_ && !leafed_ && !cutShort_) || ordinary_) && within(channels, 64, maxChannels);
     return require(within(view.yScaleExp, 2, 21), "the full scale") &&
            require(view.yScaleFactor == 1200.0F / std::exp2(static_cast<float>(view.yScaleExp)),
                    "the scale factor") &&
@@ -104,10 +106,13 @@ bool Walk::windowHolds() {
 // An opened file names the window; nothing else does.
 bool Walk::captionHolds() {
     const QString caption = form2_->windowTitle();
-    const bool named = opened_ && caption == QFile::decodeName(dialogs_.opened.c_str()) +
+    const std::string& path = leafed_ ? module_->spectrum.filePath : dialogs_.opened;
+    const bool named = opened_ && caption == QFile::decodeName(path.c_str()) +
                                                  QStringLiteral(" ... ") + baseCaption();
     const bool kept = caption == captionBefore_;
-    return require(opened_ && !cutShort_ ? named : kept || (named && faulted_), "the caption");
+    // Leafing may come to the end of the folder, or to a file that is refused.
+    const bool mustName = opened_ && !leafed_ && !cutShort_;
+    return require(mustName ? named : kept || (named && (faulted_ || leafed_)), "the caption");
 }
 
 // A fault has a reason: a number that leaves its range, a file, a place to save in.

@@ -87,6 +87,7 @@ class Walk : public QObject {
     bool faulted_ = false;
     bool cutShort_ = false;
     bool opened_ = false;
+    bool leafed_ = false;  // to another file of the folder, which no dialog tells
 
     // Before the step.
     ViewState viewBefore_;
