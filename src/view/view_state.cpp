@@ -91,10 +91,8 @@ void showAllChannels(ViewState& view, std::int16_t channelCount) {
 void showRange(ViewState& view, double from, double to, std::int16_t channelCount) {
     const int last = std::max(channelCount - 1, 1);
     const int width = std::min(narrowestRange, last);
-    const auto [low, high] =
-        std::minmax(std::clamp<double>(from, 0, last), std::clamp<double>(to, 0, last));
-    int first = int{toInt16(low)};
-    int end = int{toInt16(high)};
+    int first = int{toInt16(std::clamp<double>(std::min(from, to), 0, last))};
+    int end = int{toInt16(std::clamp<double>(std::max(from, to), 0, last))};
     if (end - first < width) {
         first = std::clamp((first + end - width) / 2, 0, last - width);
         end = first + width;
