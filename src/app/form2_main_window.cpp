@@ -209,8 +209,13 @@ bool Form2::event(QEvent* event) {
     return QMainWindow::event(event);
 }
 
-// The status line can be selected and copied; all other keys belong to the plot.
+// The status line can be selected and copied; all other keys belong to the plot. What is typed into
+// a menu chooses an item of it: the keys of the plot that menus show must not take it away.
 bool Form2::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && watched != statusLine) {
+        event->accept();
+        return true;
+    }
     if (watched != statusLine || event->type() != QEvent::KeyPress)
         return QMainWindow::eventFilter(watched, event);
     const auto* key = static_cast<QKeyEvent*>(event);

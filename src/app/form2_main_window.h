@@ -84,7 +84,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     };
     static std::span<const Action> actions();
     static QString toolTipOf(const Action& action);
-    static QAction* makeMenu(QWidget& parent, const Action& action);
+    QAction* makeMenu(QWidget& parent, const Action& action);
     static void setKeysOf(QAction& item, const Action& action);
     QAction* makeItem(QWidget& parent, const Action& action);
     void buildMenus();

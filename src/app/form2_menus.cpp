@@ -122,6 +122,7 @@ QString Form2::toolTipOf(const Action& action) {
 QAction* Form2::makeMenu(QWidget& parent, const Action& action) {
     auto* menu = new QMenu(QString::fromLatin1(action.caption), &parent);
     menu->setToolTipsVisible(true);
+    menu->installEventFilter(this);
     // In a menu of a menu one item has the mark.
     if (action.menu[0] != '\0')
         new QActionGroup(menu);

@@ -733,5 +733,14 @@ TEST_F(MainWindow, KeepsItsColoursAndDrawsItselfInThem) {
     EXPECT_EQ(form2->picture().pixel(1, 1), white);
 }
 
+TEST_F(MainWindow, ChoosesByLettersOfAMenuThatAreAlsoKeysOfThePlot) {
+    QTest::keyClick(form2.get(), Qt::Key_F, Qt::AltModifier);
+    QWidget* menu = QApplication::activePopupWidget();
+    ASSERT_NE(menu, nullptr);
+    QTest::keyClick(menu, Qt::Key_I);
+    ASSERT_EQ(dialogs.fileDialogs.size(), 1U);
+    EXPECT_EQ(dialogs.fileDialogs[0].title, "Save Picture");
+}
+
 }  // namespace
 }  // namespace kestrel
