@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QDropEvent>
-#include <QFile>
 #include <QMenu>
 #include <QMimeData>
 
@@ -23,10 +22,6 @@ QString recentCaption(qsizetype number, const QString& path, const QFontMetrics&
     shown.replace(QLatin1Char('&'), QStringLiteral("&&"));
     QString digits = QString::number(number);
     return digits.insert(digits.size() - 1, QLatin1Char('&')) + QLatin1Char(' ') + shown;
-}
-
-QString signsOfPath(const std::string& path) {
-    return asSigns(QFile::decodeName(path.c_str()));
 }
 
 }  // namespace
@@ -84,7 +79,7 @@ void Form2::listRecentFiles() {
     QMenu& menu = *actionNamed("recent")->menu();
     menu.clear();
     for (const RecentFile& file : recentFiles(module_.preferences.recentFiles)) {
-        const QString path = signsOfPath(file.path);
+        const QString path = toSigns(file.path);
         QAction* item =
             menu.addAction(recentCaption(menu.actions().size() + 1, path, menu.fontMetrics()), this,
                            [this, file] { openSpectrumPath(file.path); });
@@ -162,7 +157,7 @@ void Form2::showLoaded(ShowPlot showPlot, std::int16_t peakSet) {
 }
 
 void Form2::showCaption() {
-    QString path = signsOfPath(module_.spectrum.filePath);
+    QString path = toSigns(module_.spectrum.filePath);
     // In a window title Qt takes this for the mark of unsaved changes.
     path.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
     setWindowTitle(path + QStringLiteral(" ... ") + baseCaption());

@@ -2,33 +2,38 @@
 
 #include <filesystem>
 
+#include <QByteArray>
 #include <QFile>
-#include <QFileInfo>
 #include <QUrl>
 
 namespace kestrel {
 namespace {
 
-std::string fullPath(const QString& path) {
-    return path.isEmpty() ? std::string()
-                          : QFile::encodeName(QFileInfo(path).absoluteFilePath()).toStdString();
+// The bytes as they are: a name of an old disk need not be UTF-8.
+std::string fullPath(const std::string& path) {
+    return path.empty() ? path : std::filesystem::absolute(path).lexically_normal().string();
+}
+
+bool isHere(const QUrl& url) {
+    return url.isLocalFile() && (url.host().isEmpty() || url.host() == QLatin1String("localhost"));
+}
+
+std::string pathOf(const QUrl& url) {
+    const QByteArray encoded = url.path(QUrl::FullyEncoded).toLatin1();
+    return fullPath(QByteArray::fromPercentEncoding(encoded).toStdString());
 }
 
 }  // namespace
 
 std::string fullPathOf(const std::string& argument) {
     const QUrl url(QFile::decodeName(argument.c_str()));
-    if (url.isLocalFile())
-        return fullPath(url.toLocalFile());
-    // The bytes as they are: a name of an old disk need not be UTF-8.
-    return argument.empty() ? argument
-                            : std::filesystem::absolute(argument).lexically_normal().string();
+    return isHere(url) ? pathOf(url) : fullPath(argument);
 }
 
 std::string droppedPath(const QMimeData& data) {
     for (const QUrl& url : data.urls()) {
-        if (url.isLocalFile())
-            return fullPath(url.toLocalFile());
+        if (isHere(url))
+            return pathOf(url);
     }
     return {};
 }

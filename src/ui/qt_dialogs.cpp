@@ -8,12 +8,14 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPrintDialog>
 
 #include "ui/number_field.h"
+#include "ui/old_names.h"
 #include "ui/print_job.h"
 #include "ui/text_codec.h"
 
@@ -108,6 +110,30 @@ void addEndings(QFileDialog& dialog, const FileDialog& request) {
     QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, follow);
 }
 
+// Below the dialog's own controls, those files that it cannot list. A choice there ends the dialog
+// and stands in `path`. A desktop's dialog has no place for them.
+void addOldNames(QFileDialog& dialog, const FileDialog& request, std::string& path) {
+    if (OldNames::areIn(dialog.directory().absolutePath()))
+        dialog.setOption(QFileDialog::DontUseNativeDialog);
+    auto* grid = qobject_cast<QGridLayout*>(dialog.layout());
+    if (grid == nullptr)
+        return;
+    auto* names = new OldNames(&dialog);
+    grid->addWidget(names, grid->rowCount(), 0, 1, grid->columnCount());
+    const auto follow = [&dialog, &request, names] {
+        const auto filter = static_cast<std::size_t>(selectedFilter(dialog, request)) - 1;
+        names->list(dialog.directory().absolutePath(),
+                    toQtPattern(request.filters.at(filter).pattern).split(QLatin1Char(' ')));
+    };
+    follow();
+    QObject::connect(&dialog, &QFileDialog::filterSelected, names, follow);
+    QObject::connect(&dialog, &QFileDialog::directoryEntered, names, follow);
+    QObject::connect(names, &OldNames::chosen, &dialog, [&](const std::string& chosen) {
+        path = chosen;
+        static_cast<QDialog&>(dialog).done(QDialog::Accepted);
+    });
+}
+
 FileChoice chooseFile(const FileDialog& request, QFileDialog::AcceptMode mode) {
     QFileDialog dialog(QApplication::activeWindow());
     dialog.setAcceptMode(mode);
@@ -116,9 +142,15 @@ FileChoice chooseFile(const FileDialog& request, QFileDialog::AcceptMode mode) {
     prepare(dialog, request);
     if (mode == QFileDialog::AcceptSave && !request.filters.empty())
         addEndings(dialog, request);
+    std::string oldName;
+    if (mode == QFileDialog::AcceptOpen && !request.filters.empty())
+        addOldNames(dialog, request, oldName);
     const bool accepted = dialog.exec() == QDialog::Accepted;
     FileChoice choice{.path = {}, .filterIndex = selectedFilter(dialog, request)};
-    if (accepted && !dialog.selectedFiles().isEmpty()) {
+    if (!oldName.empty()) {
+        QDir::setCurrent(dialog.directory().absolutePath());
+        choice.path = oldName;
+    } else if (accepted && !dialog.selectedFiles().isEmpty()) {
         const QString path = dialog.selectedFiles().constFirst();
         QDir::setCurrent(QFileInfo(path).absolutePath());
         choice.path = QFile::encodeName(path).toStdString();

@@ -11,6 +11,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
@@ -38,6 +39,24 @@ FileDialog twoFilters(const std::string& folder) {
                         {"All File", "*.*"}},
             .filterIndex = 2,
             .folder = folder};
+}
+
+TEST(QtFileDialog, ListsFilesWhoseNamesAreNotUtf8AndKeepsTheirBytes) {
+    const test::TempFolder folder;
+    const std::string path = folder.write("spectr\xE9.txt", "");
+    folder.write("caf\xE9.chn", "");
+    folder.write("plain.txt", "");
+    QtDialogs dialogs;
+    QStringList listed;
+    whenOpen<QFileDialog>([&](QFileDialog& dialog) {
+        auto* names = dialog.findChild<QListWidget*>("oldNames");
+        for (int i = 0; i < names->count(); ++i)
+            listed += names->item(i)->text();
+        names->setCurrentRow(0);
+        QTest::keyClick(names, Qt::Key_Return);
+    });
+    EXPECT_EQ(dialogs.openFile(twoFilters(folder.path())).path, path);
+    EXPECT_EQ(listed, QStringList(QStringLiteral("spectr\u00E9.txt")));
 }
 
 TEST(QtFileDialog, ShowsFiltersToTheBlankAndReportsTheOneLeftSelected) {

@@ -57,6 +57,8 @@ TEST(OutsidePaths, MayBeRelativeOrAUrl) {
         {"d/../c.chn", here + "/c.chn"},
         {"-c.chn", here + "/-c.chn"},
         {"file:///a%20b/%C3%A9.chn", "/a b/\xC3\xA9.chn"},
+        {"file:///caf%E9.chn", "/caf\xE9.chn"},
+        {"file://other/b.chn", here + "/file:/other/b.chn"},
         {"http://a/b.chn", here + "/http:/a/b.chn"},
         {"/caf\xE9.chn", "/caf\xE9.chn"},
     };
