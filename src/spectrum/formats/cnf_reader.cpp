@@ -8,7 +8,9 @@
 #include <string>
 
 #include "base/byte_reader.h"
+#include "base/number_text.h"
 #include "base/text.h"
+#include "spectrum/formats/energy_terms.h"
 #include "spectrum/formats/file_text.h"
 
 namespace kestrel {
@@ -95,7 +97,7 @@ class CnfFile {
         if (mode.starts_with("MCS"))
             spectrum.notices.emplace_back("The channels of this file are steps of time (MCS).");
         else
-            takeTerms(records + 0x44, spectrum);
+            takeTerms(records, spectrum);
         if (const std::string type = textAt(records + 0x9C, 24); !type.empty())
             spectrum.details.push_back({"MCA type", type});
     }
@@ -118,13 +120,24 @@ class CnfFile {
         return inYears || seconds <= 0 ? std::nullopt : std::optional(seconds);
     }
 
-    void takeTerms(std::size_t at, MeasuredSpectrum& spectrum) const {
-        const double a = realAt(at);
-        const double b = realAt(at + 4);
-        const double c = realAt(at + 8);
-        const double d = realAt(at + 12);
-        // The polynomial of channel + 1, written as one of channel.
-        spectrum.coefficients = {a + b + c + d, b + 2 * c + 3 * d, c + 3 * d, d};
+    std::vector<double> realsAt(std::size_t at, std::size_t count) const {
+        std::vector<double> reals;
+        for (std::size_t i = 0; i < count; ++i)
+            reals.push_back(realAt(at + i * 4));
+        return reals;
+    }
+
+    void takeTerms(std::size_t records, MeasuredSpectrum& spectrum) const {
+        std::vector<double> terms = realsAt(records + 0x44, 4);
+        const double inKeV = textAt(records + 0x5C, 8) == "MeV" ? 1000 : 1;
+        for (double& term : terms)
+            term *= inKeV;
+        if (terms != std::vector<double>{0, 1, 0, 0})
+            spectrum.coefficients = shiftedTerms(std::move(terms), 1);
+        if (const std::vector<double> width = realsAt(records + 0xDC, 2);
+            width[0] != 0 || width[1] != 0)
+            spectrum.details.push_back({"FWHM", plainNumber(width[0]) + " + " +
+                                                    plainNumber(width[1]) + " x root of energy"});
     }
 
     void takeCounts(std::size_t parameters, MeasuredSpectrum& spectrum) const {
@@ -132,9 +145,11 @@ class CnfFile {
         if (counts == 0)
             throw FormatError("No block of counts (12005).");
         const std::size_t stated = reader_.uint32At(parameters + entrySize + 0x89);
+        // More than 65535 do not fit the word of the block.
         const std::size_t inBlock = wordAt(counts + 0x2A);
-        const std::size_t channels =
-            checkedChannelCount(static_cast<double>(inBlock != 0 ? inBlock : stated), "Channels: ");
+        const bool cutOff = stated > inBlock && (stated & 0xFFFFU) == inBlock;
+        const std::size_t channels = checkedChannelCount(
+            static_cast<double>(inBlock == 0 || cutOff ? stated : inBlock), "Channels: ");
         const std::size_t begin = counts + wordAt(counts + 0x10) + wordAt(counts + 0x28);
         if (begin + channels * 4 > size_)
             throw FormatError("The file ends before its " + std::to_string(channels) +

@@ -100,6 +100,15 @@ std::vector<EnergyPoint> inOrder(std::vector<EnergyPoint> points) {
 
 }  // namespace
 
+std::vector<double> shiftedTerms(std::vector<double> terms, double by) {
+    // Horner's scheme: each pass settles the lowest term that is still open.
+    for (std::size_t lowest = 0; lowest + 1 < terms.size(); ++lowest) {
+        for (std::size_t k = terms.size() - 1; k > lowest; --k)
+            terms[k - 1] += by * terms[k];
+    }
+    return terms;
+}
+
 bool rises(const Calibration& calibration, double lastChannel) {
     const double lastSlope = calibration.b + 2 * calibration.c * lastChannel;
     const double lastEnergy = energyAt(calibration, lastChannel);
@@ -111,7 +120,7 @@ std::optional<FittedCalibration> fittedCalibration(const MeasuredSpectrum& spect
     std::vector<double> terms = spectrum.coefficients;
     while (!terms.empty() && terms.back() == 0)
         terms.pop_back();
-    if (terms.size() > mostTerms)
+    if (terms.size() > mostTerms || terms == std::vector<double>{0, 1})
         return std::nullopt;
     const double channels = static_cast<double>(spectrum.counts.size());
     FittedCalibration fitted;
