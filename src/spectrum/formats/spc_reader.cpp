@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/byte_reader.h"
+#include "base/number_text.h"
 #include "base/text.h"
 #include "spectrum/formats/file_text.h"
 
@@ -29,6 +30,7 @@ constexpr std::size_t spectrumRecordsAt = 62;
 constexpr std::size_t channelsAt = 64;
 constexpr std::size_t realTimeAt = 90;  // a float that is not aligned, as the next
 constexpr std::size_t liveTimeAt = 94;
+constexpr std::size_t expansionAt = 110;
 
 class SpcFile {
   public:
@@ -43,6 +45,7 @@ class SpcFile {
         spectrum.detector = text(detectorAt);
         if (const std::size_t record = recordAt(calibrationAt); record != 0)
             takeTerms(record, spectrum);
+        takeReport(spectrum);
         return spectrum;
     }
 
@@ -51,8 +54,8 @@ class SpcFile {
         return static_cast<std::uint16_t>(reader_.int16At(at));
     }
     // The offset of the record that a word of the first one points at; 0 when there is none.
-    std::size_t recordAt(std::size_t word) const {
-        const std::size_t record = unsignedAt(word);
+    std::size_t recordAt(std::size_t word) const { return offsetOf(unsignedAt(word)); }
+    std::size_t offsetOf(std::size_t record) const {
         const std::size_t offset = record == 0 ? 0 : (record - 1) * recordSize;
         return offset + recordSize <= size_ ? offset : 0;
     }
@@ -99,9 +102,34 @@ class SpcFile {
 
     void takeTerms(std::size_t record, MeasuredSpectrum& spectrum) const {
         constexpr std::size_t energyAt = 20;
+        constexpr std::size_t widthAt = 32;
         constexpr std::size_t terms = 3;
-        for (std::size_t i = 0; i < terms; ++i)
+        std::string width;
+        for (std::size_t i = 0; i < terms; ++i) {
             spectrum.coefficients.push_back(reader_.floatAt(record + energyAt + i * 4));
+            width += (i == 0 ? "" : " ") + plainNumber(reader_.floatAt(record + widthAt + i * 4));
+        }
+        if (width != "0 0 0")
+            spectrum.details.push_back({"FWHM terms (channels)", width});
+    }
+
+    // What portable instruments tell beside the spectrum: position, neutrons, nuclides found.
+    void takeReport(MeasuredSpectrum& spectrum) const {
+        constexpr std::int16_t expansionMark = 111;
+        constexpr std::size_t longestReport = 2000;
+        const std::size_t expansion = recordAt(expansionAt);
+        if (expansion == 0 || reader_.int16At(expansion) != expansionMark)
+            return;
+        const std::size_t report = offsetOf(unsignedAt(expansion + 4));
+        if (report == 0)
+            return;
+        const std::string text =
+            reader_.textAt(report + 4, std::min(unsignedAt(report), longestReport));
+        TextLines lines(upToNul(text));
+        for (std::string_view line; lines.next(line);) {
+            if (!line.empty())
+                spectrum.details.push_back({"Report", std::string(line)});
+        }
     }
 
     std::size_t size_;
@@ -149,8 +177,8 @@ bool looksLikeSpc(std::string_view front) {
 }
 
 bool looksLikeTextSpc(std::string_view front) {
-    return front.starts_with("SpectrumName") &&
-           front.find("\nCalibCoeff") != std::string_view::npos;
+    const std::string text = textOf(front);
+    return text.starts_with("SpectrumName") && text.find("\nCalibCoeff") != std::string::npos;
 }
 
 std::vector<MeasuredSpectrum> readSpc(std::string_view bytes) {
@@ -158,9 +186,10 @@ std::vector<MeasuredSpectrum> readSpc(std::string_view bytes) {
 }
 
 std::vector<MeasuredSpectrum> readTextSpc(std::string_view bytes) {
+    const std::string text = textOf(bytes);
     MeasuredSpectrum spectrum;
     double channels = 0;
-    TextLines lines(bytes);
+    TextLines lines(text);
     for (std::string_view line; lines.next(line);) {
         if (const std::size_t colon = line.find(" :"); colon != std::string_view::npos) {
             const std::string_view name = trimSpace(line.substr(0, colon));
