@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/text.h"
+#include "spectrum/formats/energy_terms.h"
 #include "spectrum/formats/file_text.h"
 
 namespace kestrel {
@@ -13,13 +14,16 @@ namespace {
 constexpr std::string_view lineMark = "A004";
 
 // The records, counted from 1, of files that mark nothing else.
+constexpr std::size_t offsetRecord = 1;
 constexpr std::size_t timesRecord = 2;
 constexpr std::size_t dateRecord = 3;
 constexpr std::size_t termsRecord = 4;
+constexpr std::size_t widthRecord = 5;
 constexpr std::size_t firstTitle = 6;
 constexpr std::size_t lastTitle = 9;
 constexpr std::size_t firstPairs = 11;
 constexpr std::size_t lastPairs = 22;
+constexpr std::size_t userText = 47;
 constexpr std::size_t firstCounts = 59;
 
 // Numbers that may touch: "8.0E-01-2.9E-08". A sign begins a number unless an exponent's letter
@@ -41,15 +45,21 @@ class IecFile {
     void take(std::string_view body, std::size_t record, const std::string& place) {
         if (body.starts_with("SPARE")) {
             pairsFrom_ = record + 1;
-        } else if (body.starts_with("USERDEFINED")) {
+        } else if (body.starts_with("USERDEFINED") && record != userText) {
             countsFrom_ = record + 1;
+        } else if (record == offsetRecord) {
+            // Analysers with a digital offset count their channels from there.
+            offset_ = numberIn(trimSpace(body.substr(std::min<std::size_t>(24, body.size()), 6)))
+                          .value_or(0);
         } else if (record == timesRecord) {
             takeTimes(body, place);
         } else if (record == dateRecord) {
             takeDate(body);
         } else if (record == termsRecord) {
             terms_ = touchingNumbers(body);
-        } else if (record >= firstTitle && record <= lastTitle) {
+        } else if (record == widthRecord) {
+            takeWidth(body);
+        } else if (record >= firstTitle && record <= lastTitle && record < pairsFrom_) {
             const std::string_view words = trimSpace(body);
             spectrum_.title.append(spectrum_.title.empty() || words.empty() ? "" : " ")
                 .append(words);
@@ -64,8 +74,10 @@ class IecFile {
         if (present_ < promised_ || present_ == 0)
             throw FormatError("Line 2 promises " + std::to_string(promised_) +
                               " counts, the file has " + std::to_string(present_) + ".");
-        if (std::ranges::any_of(terms_, [](double term) { return term != 0; }))
-            spectrum_.coefficients = terms_;
+        if (std::ranges::any_of(terms_, isNotZero))
+            spectrum_.coefficients = shiftedTerms(terms_, offset_);
+        for (EnergyPoint& point : spectrum_.energies)
+            point.channel -= offset_;
         return std::move(spectrum_);
     }
 
@@ -96,6 +108,13 @@ class IecFile {
                 "The file leaves open which of day and month of its start "
                 "comes first; it was read with the day first.");
     }
+
+    void takeWidth(std::string_view body) {
+        if (std::ranges::any_of(touchingNumbers(body), isNotZero))
+            spectrum_.details.push_back({"FWHM terms", std::string(trimSpace(body))});
+    }
+    static bool isNotZero(double number) { return number != 0; }
+
     static bool isMonthFirst(std::string_view date) {
         const std::size_t slash = date.find('/');
         if (slash == std::string_view::npos)
@@ -115,6 +134,8 @@ class IecFile {
     void takeCounts(std::string_view body, const std::string& place) {
         constexpr std::size_t channelWidth = 6;
         constexpr std::size_t countWidth = 10;
+        if (body.empty())
+            return;
         const std::optional<double> first = numberIn(trimSpace(body.substr(0, channelWidth)));
         if (!first || !(*first >= 0 && *first <= static_cast<double>(mostFileChannels)))
             throw FormatError(place + "Number of a channel expected.");
@@ -145,6 +166,7 @@ class IecFile {
     std::vector<double> terms_;
     std::size_t pairsFrom_ = firstPairs;
     std::size_t countsFrom_ = firstCounts;
+    double offset_ = 0;
     std::size_t promised_ = 0;
     std::size_t present_ = 0;
 };
@@ -152,12 +174,13 @@ class IecFile {
 }  // namespace
 
 bool looksLikeIec(std::string_view front) {
-    return front.starts_with(lineMark);
+    return textOf(front).starts_with(lineMark);
 }
 
 std::vector<MeasuredSpectrum> readIec(std::string_view bytes) {
+    const std::string text = textOf(bytes);
     IecFile file;
-    TextLines lines(bytes);
+    TextLines lines(text);
     std::size_t record = 0;
     for (std::string_view line; lines.next(line);) {
         if (line.starts_with(lineMark))
