@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 #include <ctime>
@@ -85,7 +86,8 @@ std::string cnf() {
     file.put<std::uint64_t>(times + 1, (3506716800 + 1600000000) * std::uint64_t{10000000});
     file.put<std::int64_t>(times + 9, -125000000).put<std::int64_t>(times + 0x11, -100000000);
     const std::size_t terms = parameters + 0x30 + 0x200 + 0x44;
-    file.put(terms, vax(1.0F)).put(terms + 4, vax(0.5F)).put(terms + 8, vax(0.25F));
+    file.put(terms, vax(1e-3F)).put(terms + 4, vax(5e-4F)).put(terms + 8, vax(2.5e-4F));
+    file.text(terms - 0x44 + 0x5C, "MeV");
     file.put<std::uint32_t>(counts, 0x12005).put<std::uint16_t>(counts + 0x10, 0x30);
     file.put<std::uint16_t>(counts + 0x28, 0x10).put<std::uint16_t>(counts + 0x2A, 3);
     for (std::uint32_t i = 0; i < 3; ++i)
@@ -116,8 +118,12 @@ const std::string spe =
 const std::string iec =
     "A004\r\nA004  10.00  12.50  3\r\nA00413/02/21 10:54:31\r\n"
     "A004 1.0E+00 5.0E-01-2.0E-06 0.0E+00\r\n" +
-    repeated(3, "A004\r\n") + "A004    Soil 1\r\n" + repeated(50, "A004\r\n") +
+    repeated(3, "A004\r\n") + "A004    Soil 1\r\n" + repeated(38, "A004\r\n") +
+    "A004USERDEFINED\r\n" + repeated(11, "A0042 pi\r\n") +
     "A004     0         1         2         3         0         0\r\n\x1A";
+const std::string shortIec =
+    "A004" + std::string(24, ' ') + "    10\nA00410 12.5 3\nA004\nA0041 .5\nA004\nA004SPARE\n" +
+    "A004 5 1 7 2\nA004USERDEFINED\nA004     0         1         2         3";
 const std::string textSpc =
     "SpectrumName          : Soil 1\nLength                : 3\nRealtime              : 12.5\n"
     "Livetime              : 10\nStarttime             : 12.01.2014 03:12:28\n"
@@ -167,8 +173,9 @@ TEST(ExchangeFormats, SayWhatTheFilesHold) {
          "</StartTime><LiveTime Unit=\"sec\">PT10S</LiveTime><RealTime>12.5</RealTime>"
          "<Calibration Type=\"FWHM\"/><Calibration Type=\"Energy\" EnergyUnits=\"MeV\"><Equation>"
          "<Coefficients>0.001 0.0005</Coefficients></Equation></Calibration>"
-         "<ChannelData>1 2 3 4 5 6 7 8</ChannelData></Spectrum></Measurement></N42InstrumentData>",
-         {1, 2, 3, 4, 5, 6, 7, 8},
+         "<ChannelData Start='3'>1 2 3 4 5 6 7 "
+         "8</ChannelData></Spectrum></Measurement></N42InstrumentData>",
+         {0, 0, 1, 2, 3, 4, 5, 6, 7, 8},
          10,
          12.5,
          january,
@@ -182,6 +189,14 @@ TEST(ExchangeFormats, SayWhatTheFilesHold) {
          LocalTime{2021, 2, 13, 10, 54, 31},
          {1, 1.999992},
          "Soil 1"},
+        {"IEC of few lines in UTF-16, channels from 10 on",
+         "\xFF\xFE" + wide(shortIec),
+         {1, 2, 3},
+         10,
+         12.5,
+         {},
+         {6, 7},
+         ""},
         {"TKA with times for counts",
          "10\n12.5\n" + repeated(30, "3\n"),
          [] {
@@ -309,6 +324,42 @@ TEST(ExchangeFormats, RefuseWithThePlaceAndTheReason) {
             ADD_FAILURE() << why;
         } catch (const FormatError& error) {
             EXPECT_THAT(error.what(), HasSubstr(why));
+        }
+    }
+}
+
+// What is read of a cut file has no more channels and no higher counts than the whole one, or it is
+// refused with a reason; a file with any byte changed can be loaded or is refused.
+TEST(ExchangeFormats, AreRefusedOrReadWhereverAFileIsCutOrChanged) {
+    const auto spectrum = std::make_unique<Spectrum>();
+    const std::string table = "Comment,a\nStart,2026-11-16 12:30:37\nCalibration (keV),1,0.5,0\n";
+    for (const std::string& whole :
+         {spc(1), spc(5), cnf(), iec, shortIec, textSpc, spe, table + repeated(18, "12\n"),
+          "10\n12.5\n" + repeated(30, "34\n"),
+          n42of2012(packed, "<CoefficientValues>1 0.5 0</CoefficientValues>")}) {
+        const std::vector<double> counts = readExchangeBytes(whole).at(0).counts;
+        std::size_t refused = 0;
+        const auto read = [&](const std::string& bytes, bool cut) {
+            try {
+                const MeasuredSpectrum measured = readExchangeBytes(bytes).at(0);
+                takeMeasured(measured, channelsToGroup(measured), *spectrum);
+                EXPECT_GT(spectrum->channelCount, 0);
+                if (!cut)
+                    return;
+                EXPECT_LE(measured.counts.size(), counts.size()) << bytes;
+                EXPECT_LE(std::ranges::max(measured.counts), std::ranges::max(counts)) << bytes;
+            } catch (const FormatError& error) {
+                EXPECT_STRNE(error.what(), "");
+                ++refused;
+            }
+        };
+        for (std::size_t length = 0; length < whole.size(); ++length)
+            read(whole.substr(0, length), true);
+        EXPECT_GE(refused, 20U) << whole;
+        for (std::size_t at = 0; at < whole.size(); ++at) {
+            std::string changed = whole;
+            changed[at] = static_cast<char>(~changed[at]);
+            read(changed, false);
         }
     }
 }

@@ -118,38 +118,6 @@ TEST_F(Export, IsReadAgainAsTheSameSpectrum) {
     }
 }
 
-// What is read of a damaged file has no more channels than the whole one, or is refused with a
-// reason. CHN is not known by its content; its reader has tests of its own.
-TEST_F(Export, IsRefusedOrReadWhereverAFileIsCutOrChanged) {
-    constexpr std::size_t headerBytes = 300;
-    RandomSpectrum(3).fill(*spectrum);
-    for (const ExportFormat& format : exportFormats()) {
-        const std::string whole = format.write(*spectrum);
-        if (format.shortName == "CHN")
-            continue;
-        std::size_t refused = 0;
-        const auto read = [&](const std::string& bytes) {
-            try {
-                for (const MeasuredSpectrum& measured : readExchangeBytes(bytes)) {
-                    EXPECT_FALSE(measured.counts.empty()) << format.name;
-                    EXPECT_LE(measured.counts.size(), mostFileChannels);
-                }
-            } catch (const FormatError& error) {
-                EXPECT_STRNE(error.what(), "") << format.name;
-                ++refused;
-            }
-        };
-        for (std::size_t length = 0; length < whole.size(); ++length)
-            read(whole.substr(0, length));
-        EXPECT_GE(refused, 20U) << format.name;
-        for (std::size_t at = 0; at < std::min(headerBytes, whole.size()); ++at) {
-            std::string changed = whole;
-            changed[at] = static_cast<char>(~changed[at]);
-            read(changed);
-        }
-    }
-}
-
 TEST_F(Export, TellsWhatIsLostBeforeItIsLost) {
     RandomSpectrum(1).fill(*spectrum);
     spectrum->startDate.assign("16NOV261");

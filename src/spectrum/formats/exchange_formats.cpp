@@ -48,6 +48,12 @@ void mendCounts(MeasuredSpectrum& spectrum) {
                                    " channels with counts below 0 are shown as 0.");
 }
 
+void tellOfTimes(MeasuredSpectrum& spectrum) {
+    if (spectrum.liveSeconds && spectrum.realSeconds &&
+        *spectrum.liveSeconds > *spectrum.realSeconds)
+        spectrum.notices.emplace_back("The live time is longer than the real time.");
+}
+
 std::string_view textIn(const std::vector<std::byte>& bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
@@ -73,8 +79,10 @@ std::vector<MeasuredSpectrum> readExchangeBytes(std::string_view bytes) {
 
 std::vector<MeasuredSpectrum> readExchangeAs(const ExchangeFormat& format, std::string_view bytes) {
     std::vector<MeasuredSpectrum> spectra = format.read(bytes);
-    for (MeasuredSpectrum& spectrum : spectra)
+    for (MeasuredSpectrum& spectrum : spectra) {
         mendCounts(spectrum);
+        tellOfTimes(spectrum);
+    }
     return spectra;
 }
 

@@ -117,7 +117,8 @@ std::optional<double> seconds(std::string_view text) {
             return std::nullopt;
         const char unit = text[end];
         const bool calendar = unit == 'Y' || (unit == 'M' && !time);
-        if (calendar && *number != 0)
+        const bool known = std::string_view("DHMS").find(unit) != std::string_view::npos;
+        if (calendar ? *number != 0 : !known)
             return std::nullopt;
         const double length = unit == 'D' ? 86400 : unit == 'H' ? 3600 : unit == 'M' ? 60 : 1;
         total += calendar ? 0 : *number * length;
@@ -156,7 +157,15 @@ std::vector<double> countsOf(const Node& data, const std::string& place) {
     const std::string_view code = !attributeOf(data, "compressionCode").empty()
                                       ? attributeOf(data, "compressionCode")
                                       : attributeOf(data, "Compression");
-    return containsIgnoringCase(code, "Counted") ? withZeros(counts, place) : counts;
+    if (containsIgnoringCase(code, "Counted"))
+        counts = withZeros(counts, place);
+    // The number of the first channel, counted from 1.
+    const double before = numberIn(attributeOf(data, "Start")).value_or(1) - 1;
+    if (before >= 1) {
+        checkedChannelCount(before + static_cast<double>(counts.size()), place);
+        counts.insert(counts.begin(), static_cast<std::size_t>(before), 0.0);
+    }
+    return counts;
 }
 
 struct EnergyScale {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "base/text.h"
@@ -85,7 +86,8 @@ void takeCounts(const Block& block, MeasuredSpectrum& spectrum) {
     const std::size_t channels = checkedChannelCount(range[1] + 1, block.place(0));
     std::vector<double>& counts = spectrum.counts;
     counts.assign(static_cast<std::size_t>(range[0]), 0.0);
-    for (std::size_t i = 1; i < block.lines.size() && counts.size() < channels; ++i) {
+    std::size_t i = 1;
+    for (; i < block.lines.size() && counts.size() < channels; ++i) {
         std::string_view line = block.lines[i];
         for (std::string_view word = takeWord(line); !word.empty(); word = takeWord(line))
             appendCount(word, block.place(i), counts);
@@ -94,6 +96,11 @@ void takeCounts(const Block& block, MeasuredSpectrum& spectrum) {
     if (counts.size() < channels)
         throw FormatError(block.place(0) + "promises " + std::to_string(channels - skipped) +
                           " counts, the file has " + std::to_string(counts.size() - skipped) + ".");
+    const auto rest = std::span(block.lines).subspan(i);
+    if (counts.size() > channels ||
+        std::ranges::any_of(rest, [](std::string_view line) { return !line.empty(); }))
+        spectrum.notices.push_back("The file has more than the " + std::to_string(channels) +
+                                   " counts that it promises; the others are not shown.");
     counts.resize(channels);
 }
 

@@ -22,7 +22,8 @@ bool arePlausibleTimes(double live, double real) {
 bool looksLikeTka(std::string_view front) {
     constexpr std::size_t fewestLines = 18;
     constexpr std::size_t longestLine = 32;
-    TextLines lines(front);
+    const std::string text = textOf(front);
+    TextLines lines(text);
     std::vector<double> numbers;
     for (std::string_view line; numbers.size() < fewestLines && lines.next(line);) {
         const std::optional<double> number = numberIn(line);
@@ -38,7 +39,8 @@ bool looksLikeTka(std::string_view front) {
 std::vector<MeasuredSpectrum> readTka(std::string_view bytes) {
     MeasuredSpectrum spectrum;
     std::vector<double>& counts = spectrum.counts;
-    TextLines lines(bytes);
+    const std::string text = textOf(bytes);
+    TextLines lines(text);
     for (std::string_view line; lines.next(line);) {
         if (!line.empty())
             appendCount(line, lines.place(), counts);
