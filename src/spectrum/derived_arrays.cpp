@@ -12,7 +12,7 @@ namespace kestrel {
 namespace {
 
 std::int32_t logHeight(std::int32_t count) {
-    return count <= 0 ? emptyLogHeight : toInt32(200.0 * std::log(count) / std::log(10.0));
+    return count <= 0 ? emptyLogHeight : toInt32(unitsOfDecade * std::log(count) / std::log(10.0));
 }
 
 // Most channels hold few counts: their heights come from a table.

@@ -8,11 +8,13 @@
 
 namespace kestrel {
 
-// Height of an empty channel on the logarithmic axis: just below the base line.
+// Of the logarithmic axis, in plot units.
+inline constexpr double unitsOfDecade = 200.0;
+// Height of an empty channel on it: just below the base line.
 inline constexpr std::int32_t emptyLogHeight = -15;
 
 struct DerivedArrays {
-    // Height on the logarithmic axis, 200 plot units per decade of counts.
+    // Height on the logarithmic axis.
     ChannelArray<std::int32_t> logHeights;
     // Peak measure: above 10.0 the channel is the centre of a peak; 2.0, 4.0 and 8.0 mark its
     // surroundings.

@@ -13,14 +13,15 @@ std::optional<double> ratio(double first, double second) {
     return std::nullopt;
 }
 
-bool isIn(const SpectrumPair& pair, int channel) {
-    return channel >= 0 && channel < pair.first.channelCount;
+// The first may have changed since the second was brought onto its channels.
+int channelsOf(const SpectrumPair& pair) {
+    return std::min<int>(pair.first.channelCount, static_cast<int>(pair.onFirst.counts.size()));
 }
 
 std::optional<double> ratioOfCounts(const SpectrumPair& pair, int from, int to) {
     double first = 0;
     double second = 0;
-    const int end = std::min<int>(to, pair.first.channelCount - 1);
+    const int end = std::min(to, channelsOf(pair) - 1);
     for (int k = std::max(from, 0); k <= end; ++k) {
         first += pair.first.counts[k];
         second += pair.onFirst.counts.at(static_cast<std::size_t>(k));
@@ -42,8 +43,23 @@ std::optional<double> scaleFactor(CompareScale scale, const SpectrumPair& pair, 
     return 1.0;
 }
 
+void updateComparison(Comparison& comparison, const Spectrum& first) {
+    if (comparison.second == nullptr)
+        return;
+    comparison.onFirst = redistribute(comparison.second->spectrum, first);
+    comparison.logHeights.clear();
+    for (const double counts : comparison.onFirst.counts)
+        comparison.logHeights.push_back(unitsOfDecade * std::log10(counts));
+}
+
+std::optional<double> factorOf(const Comparison& comparison, const Spectrum& first, int from,
+                               int to) {
+    return scaleFactor(comparison.scale, {first, comparison.second->spectrum, comparison.onFirst},
+                       from, to);
+}
+
 Difference differenceAt(const SpectrumPair& pair, double factor, int channel) {
-    if (!isIn(pair, channel))
+    if (channel < 0 || channel >= channelsOf(pair))
         return {};
     const auto k = static_cast<std::size_t>(channel);
     const double first = pair.first.counts[channel];

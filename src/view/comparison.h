@@ -2,8 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <vector>
 
+#include "spectrum/notice.h"
 #include "spectrum/spectrum.h"
 #include "view/redistribution.h"
 
@@ -26,6 +29,22 @@ struct SpectrumPair {
 // times, or without counts above 0 in channels `from` to `to`. Channels outside the first spectrum
 // have none.
 std::optional<double> scaleFactor(CompareScale scale, const SpectrumPair& pair, int from, int to);
+
+// What the plot has beside the first spectrum. Off, and without a picture, without a second one.
+struct Comparison {
+    std::shared_ptr<const OpenedSpectrum> second;
+    // As they were when updateComparison was last called.
+    Redistributed onFirst;
+    std::vector<double> logHeights;  // of its counts on the logarithmic axis; no number below them
+    CompareScale scale = CompareScale::LiveTime;
+};
+
+// To be called after either spectrum, or a calibration, has changed. Faults: those of redistribute.
+void updateComparison(Comparison& comparison, const Spectrum& first);
+
+// As scaleFactor, of a comparison that is not off.
+std::optional<double> factorOf(const Comparison& comparison, const Spectrum& first, int from,
+                               int to);
 
 // The first minus the scaled second, and its standard error.
 struct Difference {

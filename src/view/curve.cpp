@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -30,34 +31,68 @@ bool hasCurve(const Spectrum& spectrum) {
     return false;
 }
 
-// Plot heights of the channels from `first` on. Channels past the end of the spectrum are empty.
-class Heights {
-  public:
-    Heights(const PlotInput& input, std::int64_t first, std::int64_t last) : first_(first) {
-        const std::int64_t count = std::max<std::int64_t>(last - first + 1, 1);
-        const std::int64_t filled =
-            std::clamp<std::int64_t>(input.spectrum.channelCount - first, 0, count);
-        const bool linear = input.view.linLogMode == CountAxis::Linear;
-        values_.assign(static_cast<std::size_t>(count), linear ? 0 : emptyLogHeight);
-        if (linear)
-            fillLinear(input.spectrum.counts.span(first, filled), input.view.yScaleFactor);
-        else
-            std::ranges::copy(input.derived.logHeights.span(first, filled), values_.begin());
-    }
+// Plot heights of the channels first to last, whole numbers.
+using HeightList = std::vector<double>;
+using HeightsOf = HeightList (*)(const PlotInput& input, std::int64_t first, std::int64_t last);
 
-    std::int32_t operator[](std::int64_t channel) const {
-        return values_[static_cast<std::size_t>(channel - first_)];
-    }
+// Channels past the end of the spectrum are empty.
+HeightList emptyHeights(const PlotInput& input, std::int64_t first, std::int64_t last) {
+    const bool linear = input.view.linLogMode == CountAxis::Linear;
+    return HeightList(static_cast<std::size_t>(std::max<std::int64_t>(last - first + 1, 1)),
+                      linear ? 0 : emptyLogHeight);
+}
 
-  private:
-    void fillLinear(std::span<const std::int32_t> counts, float factor) {
-        std::ranges::transform(counts, values_.begin(),
-                               [factor](std::int32_t c) { return toInt32(c * double{factor}); });
-    }
+HeightList heightsOfFirst(const PlotInput& input, std::int64_t first, std::int64_t last) {
+    HeightList values = emptyHeights(input, first, last);
+    const std::int64_t filled = std::clamp<std::int64_t>(input.spectrum.channelCount - first, 0,
+                                                         static_cast<std::int64_t>(values.size()));
+    const double factor{input.view.yScaleFactor};
+    if (input.view.linLogMode == CountAxis::Linear)
+        std::ranges::transform(input.spectrum.counts.span(first, filled), values.begin(),
+                               [factor](std::int32_t c) { return toInt32(c * factor); });
+    else
+        std::ranges::copy(input.derived.logHeights.span(first, filled), values.begin());
+    return values;
+}
 
-    std::int64_t first_;
-    std::vector<std::int32_t> values_;
-};
+// Scaled counts are no whole numbers, and may be too high for any picture. Rounds to the nearest
+// whole number, in a way that takes no time: a picture has thousands of heights.
+double heightInPicture(double height, double lowest) {
+    constexpr double highest = 100 * plotTop;
+    constexpr double nextIsOneAway = 0x1.8p52;
+    return std::min(std::max(lowest, height), highest) + nextIsOneAway - nextIsOneAway;
+}
+
+// The entries from `first` on, at most so many.
+std::span<const double> partOf(const std::vector<double>& values, std::int64_t first,
+                               std::size_t most) {
+    const auto start =
+        std::min(static_cast<std::size_t>(std::max<std::int64_t>(first, 0)), values.size());
+    return std::span(values).subspan(start, std::min(most, values.size() - start));
+}
+
+double factorInView(const PlotInput& input) {
+    return factorOf(*input.comparison, input.spectrum, input.view.viewStartCh, input.view.viewEndCh)
+        .value_or(1);
+}
+
+HeightList heightsOfSecond(const PlotInput& input, std::int64_t first, std::int64_t last) {
+    const Comparison& comparison = *input.comparison;
+    const double factor = factorInView(input);
+    HeightList values = emptyHeights(input, first, last);
+    if (input.view.linLogMode == CountAxis::Linear) {
+        const double slope = factor * double{input.view.yScaleFactor};
+        std::ranges::transform(
+            partOf(comparison.onFirst.counts, first, values.size()), values.begin(),
+            [=](double counts) { return heightInPicture(slope * counts, -plotTop); });
+    } else {
+        const double shift = unitsOfDecade * std::log10(factor);
+        std::ranges::transform(
+            partOf(comparison.logHeights, first, values.size()), values.begin(),
+            [=](double height) { return heightInPicture(height + shift, emptyLogHeight); });
+    }
+    return values;
+}
 
 // Channels in half a group; below 1 every channel is drawn by itself.
 std::int16_t decimationStep(const ViewState& view) {
@@ -67,16 +102,17 @@ std::int16_t decimationStep(const ViewState& view) {
 // The curve of the channels after the first one shown.
 class CurvePainter {
   public:
-    CurvePainter(const PlotInput& input, Canvas& canvas)
+    CurvePainter(const PlotInput& input, Canvas& canvas, HeightsOf heightsOf = heightsOfFirst)
         : input_(input),
           canvas_(canvas),
           first_(input.view.viewStartCh),
           last_(input.view.viewEndCh),
           group_(std::int64_t{2} * decimationStep(input.view)),
-          heights_(input, first_, lastRead()),
+          heights_(heightsOf(input, first_, lastRead())),
           lines_(input.view.plotMode == PlotMode::Line) {}
 
     void draw() { drawPart(first_ + 1, last_); }
+    void draw(Colour colour) { drawAgain(first_ + 1, last_, colour); }
 
     // The shown channels of `low` to `high` once more, in one colour, exactly where they stand.
     void drawAgain(std::int64_t low, std::int64_t high, Colour colour) {
@@ -101,6 +137,10 @@ class CurvePainter {
         return last_ - (last_ - first_ - 1) % group_ + group_;
     }
 
+    double height(std::int64_t channel) const {
+        return heights_[static_cast<std::size_t>(channel - first_)];
+    }
+
     Colour colourOf(std::int64_t channel) const {
         if (fixedColour_)
             return *fixedColour_;
@@ -112,15 +152,15 @@ class CurvePainter {
     }
 
     void drawChannels(std::int64_t from, std::int64_t to) {
-        canvas_.moveTo(static_cast<double>(from - 1), heights_[from - 1]);
+        canvas_.moveTo(static_cast<double>(from - 1), height(from - 1));
         for (std::int64_t i = from; i <= to; ++i) {
             const Colour colour = colourOf(i);
             const auto x = static_cast<double>(i);
             if (lines_) {
-                canvas_.lineTo(x, heights_[i - 1], colour);
-                canvas_.lineTo(x, heights_[i], colour);
+                canvas_.lineTo(x, height(i - 1), colour);
+                canvas_.lineTo(x, height(i), colour);
             } else {
-                canvas_.point(x, heights_[i], colour);
+                canvas_.point(x, height(i), colour);
             }
         }
     }
@@ -152,14 +192,14 @@ class CurvePainter {
     // Where the curve stands when the group that begins with channel `from` is drawn.
     void moveToEndBefore(std::int64_t from) {
         if (from == first_ + 1)
-            canvas_.moveTo(static_cast<double>(first_), heights_[first_]);
+            canvas_.moveTo(static_cast<double>(first_), height(first_));
         else
             canvas_.moveTo(middleOf(from - group_), extremes(from - group_).later);
     }
 
     struct Extremes {
-        std::int32_t earlier;
-        std::int32_t later;
+        double earlier;
+        double later;
     };
 
     // Of channels i to i + group, the next group's first one included; of equal heights the first.
@@ -167,12 +207,12 @@ class CurvePainter {
         std::int64_t highest = i;
         std::int64_t lowest = i;
         for (std::int64_t k = i + 1; k <= i + group_; ++k) {
-            if (heights_[k] > heights_[highest])
+            if (height(k) > height(highest))
                 highest = k;
-            if (heights_[k] < heights_[lowest])
+            if (height(k) < height(lowest))
                 lowest = k;
         }
-        return {heights_[std::min(highest, lowest)], heights_[std::max(highest, lowest)]};
+        return {height(std::min(highest, lowest)), height(std::max(highest, lowest))};
     }
 
     const PlotInput& input_;
@@ -180,19 +220,29 @@ class CurvePainter {
     std::int64_t first_;
     std::int64_t last_;
     std::int64_t group_;
-    Heights heights_;
+    HeightList heights_;
     bool lines_;
     std::optional<Colour> fixedColour_;
 };
 
+int drawWidthOf(const ViewState& view) {
+    return view.plotMode == PlotMode::Line ? 1 : 2;
+}
+
 }  // namespace
 
 void drawCurve(const PlotInput& input, Canvas& canvas) {
-    const ViewState& view = input.view;
     if (!hasCurve(input.spectrum))
         return;
-    canvas.setDrawWidth(view.plotMode == PlotMode::Line ? 1 : 2);
+    canvas.setDrawWidth(drawWidthOf(input.view));
     CurvePainter(input, canvas).draw();
+}
+
+void drawSecondCurve(const PlotInput& input, Canvas& canvas) {
+    if (input.comparison == nullptr || input.comparison->second == nullptr)
+        return;
+    canvas.setDrawWidth(drawWidthOf(input.view));
+    CurvePainter(input, canvas, heightsOfSecond).draw(input.palette[palette_number::grey]);
 }
 
 // A bound of 0 counts as channel 1.

@@ -13,6 +13,10 @@ struct PlotInput;
 // SubscriptOutOfRange, Overflow.
 void drawCurve(const PlotInput& input, Canvas& canvas);
 
+// The curve of the second spectrum, scaled, in grey; nothing without one. Where no factor can be
+// told it is drawn one to one. Faults: Overflow.
+void drawSecondCurve(const PlotInput& input, Canvas& canvas);
+
 // The regions that the peak-area dialog has, over the curve. Faults likewise.
 void drawRegions(const PlotInput& input, Canvas& canvas);
 

@@ -26,6 +26,7 @@ void drawLinearPlot(const PlotInput& input, Canvas& canvas) {
     printAt(canvas, labelPosition(view), plotTop - canvas.textHeight(), "cnt");
     for (int quarter = 0; quarter <= 4; ++quarter)
         drawCountTick(view, 300.0 * quarter, canvas);
+    drawSecondCurve(input, canvas);
     drawCurve(input, canvas);
 }
 
@@ -36,6 +37,7 @@ void drawLogPlot(const PlotInput& input, Canvas& canvas) {
         drawCountTick(view, 200.0 * decade, canvas);
         printAt(canvas, labelPosition(view), 200.0 * decade, plainNumber(std::int64_t{decade}));
     }
+    drawSecondCurve(input, canvas);
     drawCurve(input, canvas);
 }
 

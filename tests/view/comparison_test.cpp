@@ -8,12 +8,16 @@
 #include <numeric>
 #include <random>
 
+#include "recording_canvas.h"
+#include "view/curve.h"
+#include "view/plot.h"
+
 namespace kestrel {
 namespace {
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-class Comparison : public testing::Test {
+class Comparing : public testing::Test {
   protected:
     static void fill(Spectrum& spectrum, int channels, double mean, std::mt19937& random) {
         std::poisson_distribution<std::int32_t> counts(mean);
@@ -35,7 +39,7 @@ class Comparison : public testing::Test {
     std::unique_ptr<Spectrum> second = std::make_unique<Spectrum>();
 };
 
-TEST_F(Comparison, RedistributionKeepsTheCountsOfAnyCalibration) {
+TEST_F(Comparing, RedistributionKeepsTheCountsOfAnyCalibration) {
     std::uniform_real_distribution<double> offset(-300, 300);
     std::uniform_real_distribution<double> slope(-0.2, 3);
     std::uniform_real_distribution<double> bend(-1e-4, 1e-4);
@@ -52,7 +56,7 @@ TEST_F(Comparison, RedistributionKeepsTheCountsOfAnyCalibration) {
     }
 }
 
-TEST_F(Comparison, CountsGoWhereTheirEnergyIs) {
+TEST_F(Comparing, CountsGoWhereTheirEnergyIs) {
     first->channelCount = 4;
     second->channelCount = 4;
     for (int k = 0; k < 4; ++k)
@@ -90,7 +94,7 @@ TEST_F(Comparison, CountsGoWhereTheirEnergyIs) {
     }
 }
 
-TEST_F(Comparison, TheErrorIsThatOfTenThousandPoissonPairs) {
+TEST_F(Comparing, TheErrorIsThatOfTenThousandPoissonPairs) {
     first->openedLiveTime = Ticks::ofSeconds(300);
     second->openedLiveTime = Ticks::ofSeconds(100);
     // Of channels as wide, half a channel apart; narrower; wider.
@@ -116,7 +120,7 @@ TEST_F(Comparison, TheErrorIsThatOfTenThousandPoissonPairs) {
     }
 }
 
-TEST_F(Comparison, ScalesWhereThereIsSomethingToScaleBy) {
+TEST_F(Comparing, ScalesWhereThereIsSomethingToScaleBy) {
     first->channelCount = second->channelCount = 3;
     for (int k = 0; k < 3; ++k) {
         first->counts[k] = 10 * k;
@@ -135,6 +139,47 @@ TEST_F(Comparison, ScalesWhereThereIsSomethingToScaleBy) {
     EXPECT_EQ(differenceAt(pair, 2, 1).error, std::sqrt(10 + 4));
     for (const int none : {-1, 0, 3})
         EXPECT_EQ(differenceAt(pair, 2, none).deviations(), 0) << none;
+}
+
+// A second spectrum with half the counts in half the time is drawn where the first one is.
+TEST_F(Comparing, TheSecondIsDrawnInGreyExactlyBehindTheFirst) {
+    const auto opened = std::make_shared<OpenedSpectrum>();
+    const auto derived = std::make_unique<DerivedArrays>();
+    const auto colours = std::make_unique<ChannelArray<Colour>>();
+    std::uniform_int_distribution<std::int32_t> counts(0, 3000);
+    first->channelCount = opened->spectrum.channelCount = 10000;
+    for (int k = 0; k < 10000; ++k)
+        first->counts[k] = 2 * (opened->spectrum.counts[k] = counts(random));
+    first->openedLiveTime = Ticks::ofSeconds(60);
+    opened->spectrum.openedLiveTime = Ticks::ofSeconds(30);
+    computeDerivedArrays(*first, *derived);
+    Comparison comparison;
+    comparison.second = opened;
+    updateComparison(comparison, *first);
+    for (const auto axis : {CountAxis::Linear, CountAxis::Logarithmic})
+        for (const auto mode : {PlotMode::Line, PlotMode::Dots})
+            for (const int end : {400, 9999, 16384}) {
+                ViewState view{.viewEndCh = static_cast<std::int16_t>(end)};
+                view.linLogMode = axis;
+                view.plotMode = mode;
+                test::RecordingCanvas both;
+                test::RecordingCanvas one;
+                const PlotInput input{*first, *derived, view, *colours, standardPalette};
+                drawCurve(input, one);
+                drawSecondCurve(input, one);  // none: nothing
+                drawSecondCurve({*first, *derived, view, *colours, standardPalette, nullptr,
+                                 nullptr, &comparison},
+                                both);
+                for (auto& line : both.lines)
+                    line.colour = line.colour == standardPalette[palette_number::grey]
+                                      ? standardPalette[palette_number::white]
+                                      : -1;
+                for (auto& point : both.points)
+                    point.colour = standardPalette[palette_number::white];
+                EXPECT_FALSE(one.lines.empty() && one.points.empty());
+                EXPECT_EQ(both.lines, one.lines) << end;
+                EXPECT_EQ(both.points, one.points) << end;
+            }
 }
 
 }  // namespace
