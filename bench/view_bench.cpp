@@ -96,6 +96,32 @@ BENCHMARK_CAPTURE(repaintPicture, dots, PlotMode::Dots, CountAxis::Logarithmic)
     ->Arg(16384)
     ->Unit(benchmark::kMicrosecond);
 
+// With a second curve behind the first, of another calibration.
+void repaintPair(benchmark::State& state, PlotMode mode, CountAxis axis) {
+    Program program(16384);
+    Module1& module = *program.module;
+    module.view.plotMode = mode;
+    module.view.linLogMode = axis;
+    const auto second = std::make_shared<OpenedSpectrum>();
+    second->spectrum = module.spectrum;
+    second->spectrum.calCurrent.b *= 1.01;
+    Comparison comparison;
+    comparison.second = second;
+    updateComparison(comparison, module.spectrum);
+    const PlotInput input{module.spectrum, module.derived, module.view, module.channelColour,
+                          module.palette,  nullptr,        nullptr,     &comparison};
+    for (auto _ : state) {
+        drawSpectrum(input, program.form2->plotArea->canvas());
+        benchmark::DoNotOptimize(program.form2->picture().constBits());
+    }
+}
+BENCHMARK_CAPTURE(repaintPair, lines, PlotMode::Line, CountAxis::Logarithmic)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(repaintPair, linear, PlotMode::Line, CountAxis::Linear)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(repaintPair, dots, PlotMode::Dots, CountAxis::Logarithmic)
+    ->Unit(benchmark::kMicrosecond);
+
 void cursorStep(benchmark::State& state) {
     const Program program(state.range(0));
     program.module->view.cursorCh = 500;
