@@ -298,6 +298,8 @@ void Form2::placeCursorMark(const CursorMark& mark) {
 
 void Form2::pictureDrawn() {
     energyStrip->update();
+    if (peaks_)
+        peaks_->follow();
 }
 
 // The caption names the scale that a click switches to.

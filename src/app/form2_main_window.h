@@ -19,6 +19,7 @@
 #include "base/dialogs.h"
 #include "nuclide/form12_nuclide_data.h"
 #include "nuclide/form9_energy_list.h"
+#include "peaks/form13_peaks.h"
 #include "spectrum/form10_data_information.h"
 #include "spectrum/open_spectrum.h"
 #include "spectrum/series.h"
@@ -145,6 +146,8 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void showPointer(double x);
     void plotPressed(int button, int shift, double x, double y);
 
+    void showPeaks();
+
     void askNuclide();
     void selectNuclide(const std::string& key);
     void chooseDatabaseDir();
@@ -200,6 +203,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     std::unique_ptr<Form10> form10_;
     QPointer<Form9> form9_;        // a closed one is gone
     QPointer<Form12> form12_;      // likewise
+    QPointer<PeaksWindow> peaks_;  // likewise
     bool regionsUnsaved_ = false;  // the last attempt to save them failed
 };
 

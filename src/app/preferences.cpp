@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -10,6 +12,7 @@
 #include "base/byte_reader.h"
 #include "base/file_replacement.h"
 #include "base/input_file.h"
+#include "base/number_text.h"
 #include "base/runtime_fault.h"
 
 namespace kestrel {
@@ -32,6 +35,29 @@ std::string textOf(ColourScheme value) {
 
 std::string textOf(const std::vector<std::string>& value) {
     return joinedLines(value);
+}
+
+// Four numbers with blanks between them.
+std::string textOf(const WindowPlacement& value) {
+    std::string text;
+    for (const std::int32_t part : {value.left, value.top, value.width, value.height})
+        text += (text.empty() ? "" : " ") + plainNumber(std::int64_t{part});
+    return text;
+}
+
+void take(std::string_view text, WindowPlacement& value) {
+    std::array<std::int32_t, 4> parts{};
+    const char* next = text.data();
+    const char* const end = next + text.size();
+    for (std::int32_t& part : parts) {
+        while (next != end && *next == ' ')
+            ++next;
+        const auto read = std::from_chars(next, end, part);
+        if (read.ec != std::errc())
+            return;
+        next = read.ptr;
+    }
+    value = {parts[0], parts[1], parts[2], parts[3]};
 }
 
 void take(std::string_view text, bool& value) {
@@ -63,9 +89,13 @@ constexpr Field field(std::string_view key) {
 }
 
 constexpr std::array fields = {
-    field<&Preferences::energyAxis>("energyAxis"),   field<&Preferences::fineTicks>("fineTicks"),
-    field<&Preferences::largeTexts>("largeTexts"),   field<&Preferences::markLabels>("markLabels"),
-    field<&Preferences::photonsOnly>("photonsOnly"), field<&Preferences::colours>("colours"),
+    field<&Preferences::energyAxis>("energyAxis"),
+    field<&Preferences::fineTicks>("fineTicks"),
+    field<&Preferences::largeTexts>("largeTexts"),
+    field<&Preferences::markLabels>("markLabels"),
+    field<&Preferences::photonsOnly>("photonsOnly"),
+    field<&Preferences::colours>("colours"),
+    field<&Preferences::peaksWindow>("peaksWindow"),
     field<&Preferences::recentFiles>("recentFiles"),
 };
 

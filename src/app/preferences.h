@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/keyed_lines.h"
+#include "base/window_placement.h"
 #include "view/plot_look.h"
 
 namespace kestrel {
@@ -15,7 +16,8 @@ struct Preferences : PlotLook {
     std::string folder;  // of the file
     bool energyAxis = true;
     bool markLabels = false;
-    bool photonsOnly = false;              // marks of gamma and X-rays, no electron lines
+    bool photonsOnly = false;  // marks of gamma and X-rays, no electron lines
+    WindowPlacement peaksWindow;
     std::vector<std::string> recentFiles;  // the last one first
     KeyedLines asStored;                   // as this run has read or last written them
 };

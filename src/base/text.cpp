@@ -75,6 +75,16 @@ std::string tableField(std::string_view text) {
     return signInFront && content.size() > 1 && !isNumber(content) ? "'" + field : field;
 }
 
+std::string csvField(std::string_view text) {
+    const std::string field = tableField(text);
+    if (field.find_first_of(",;\"") == std::string::npos)
+        return field;
+    std::string quoted = "\"";
+    for (const char c : field)
+        quoted.append(c == '"' ? 2 : 1, c);
+    return quoted + '"';
+}
+
 std::string_view upToNul(std::string_view text) {
     return text.substr(0, text.find('\0'));
 }

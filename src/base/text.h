@@ -18,6 +18,9 @@ std::string withoutControls(std::string_view text);
 // The same as a field of a table for other programs: where they would take it for a formula, which
 // may run or fetch something, an apostrophe stands in front. Numbers stay numbers.
 std::string tableField(std::string_view text);
+// And of a file of comma-separated values: in quotes where a comma or another separator would end
+// the field.
+std::string csvField(std::string_view text);
 
 // The characters before the first one of code 0.
 std::string_view upToNul(std::string_view text);

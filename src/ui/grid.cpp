@@ -88,6 +88,10 @@ void GridModel::setColumns(std::vector<Column> columns) {
     endResetModel();
 }
 
+void GridModel::setToolTip(int column, const QString& text) {
+    columns_.at(static_cast<std::size_t>(column)).toolTip = text;
+}
+
 void GridModel::setRows(std::vector<GridRow> rows) {
     beginResetModel();
     rows_ = std::move(rows);
@@ -173,6 +177,8 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
     const Column& column = columns_.at(static_cast<std::size_t>(section));
     if (role == Qt::DisplayRole)
         return column.heading.trimmed();
+    if (role == Qt::ToolTipRole && !column.toolTip.isEmpty())
+        return column.toolTip;
     return role == Qt::TextAlignmentRole ? QVariant(column.alignment) : QVariant();
 }
 
@@ -237,6 +243,11 @@ void Grid::setFormat(std::string_view format) {
     listColumns();
     for (std::size_t i = 0; i < widths.size(); ++i)
         setColumnWidth(static_cast<int>(i), widths[i]);
+}
+
+void Grid::setToolTips(const std::vector<std::string_view>& texts) {
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        model_->setToolTip(static_cast<int>(i), toWindow(texts[i]));
 }
 
 void Grid::setRows(std::vector<GridRow> rows) {

@@ -32,8 +32,10 @@ class GridModel : public QAbstractTableModel {
     struct Column {
         QString heading;
         Qt::Alignment alignment;
+        QString toolTip = {};
     };
     void setColumns(std::vector<Column> columns);
+    void setToolTip(int column, const QString& text);
     void setRows(std::vector<GridRow> rows);
 
     // Rows as they were given and as they are shown, both counted from 0.
@@ -72,6 +74,8 @@ class Grid : public QTableView {
     // Headings separated by "|", each begun by ">" (right-aligned) or "<" (left-aligned); the first
     // is the fixed column. Columns are as wide as their headings until the user widens them.
     void setFormat(std::string_view format);
+    // Of the headings, from the first on.
+    void setToolTips(const std::vector<std::string_view>& texts);
     // A row that has fewer cells than there are columns is empty from there on.
     void setRows(std::vector<GridRow> rows);
 

@@ -36,12 +36,15 @@ TEST_F(PreferencesFile, KeepsWhatWasChanged) {
     const std::vector<std::string> awkward = {" a=b ", "\\n", "back\\slash\\", "#\xE9\r", "/x"};
     preferences.energyAxis = false;
     preferences.colours = ColourScheme::Safe;
+    preferences.peaksWindow = {-150, 30, 9000, 6000};
     preferences.recentFiles = awkward;
     writePreferences(preferences);
     const Preferences back = read();
     EXPECT_FALSE(back.energyAxis);
     EXPECT_EQ(back.colours, ColourScheme::Safe);
+    EXPECT_EQ(back.peaksWindow, preferences.peaksWindow);
     EXPECT_EQ(back.recentFiles, awkward);
+    EXPECT_EQ(read("peaksWindow=1 2 3\n").peaksWindow, WindowPlacement());
 }
 
 TEST_F(PreferencesFile, LeavesUnknownLinesAndThoseOfAnotherInstance) {

@@ -13,16 +13,6 @@ namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
 
-// In quotes where a comma would end the field.
-std::string quoted(const std::string& field) {
-    if (field.find_first_of(",;\"") == std::string::npos)
-        return field;
-    std::string text = "\"";
-    for (const char c : field)
-        text.append(c == '"' ? 2 : 1, c);
-    return text + '"';
-}
-
 std::string labelled(std::string_view label, const std::string& value) {
     return value.empty() ? value : std::string(label) + "," + value + std::string(lineEnd);
 }
@@ -34,7 +24,7 @@ std::string termsOf(const Calibration& calibration) {
 
 std::string headOf(const Spectrum& spectrum, const std::optional<Calibration>& calibration) {
     const std::string comment = writtenText(spectrum.comment.view());
-    std::string head = labelled("Comment", quoted(tableField(comment)));
+    std::string head = labelled("Comment", csvField(comment));
     if (const auto start = writtenStart(spectrum))
         head += labelled("Start", isoTime(*start, ' '));
     head += labelled("Live time (s)", writtenSeconds(spectrum.liveTime));

@@ -1,0 +1,88 @@
+// The list of peaks, worked by keys.
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+
+#include "window_fixture.h"
+
+namespace kestrel {
+namespace {
+
+class PeaksWindowTest : public test::WindowTest {
+  protected:
+    PeaksWindowTest() {
+        start();
+        openSample();
+        QTest::keyClick(form2.get(), Qt::Key_F8);
+        settle();
+    }
+    static void settle() {
+        for (int i = 0; i < 5; ++i)
+            QApplication::processEvents();
+    }
+    PeaksWindow* peaks() const { return form2->findChild<PeaksWindow*>(); }
+    Grid& grid() const { return *peaks()->peakGrid; }
+    int rows() const { return grid().model()->rowCount(); }
+    // Of the peak whose energy begins so; 0 for none.
+    int rowOf(const char* energy) const {
+        for (int row = 1; row <= rows(); ++row) {
+            if (grid().text(row, 2).startsWith(QLatin1String(energy)))
+                return row;
+        }
+        return 0;
+    }
+};
+
+TEST_F(PeaksWindowTest, ListsThePeaksAndMovesTheCursorToThem) {
+    ASSERT_NE(peaks(), nullptr);
+    EXPECT_GT(rows(), 30);
+    const int row = rowOf("661.6");
+    ASSERT_GT(row, 0);
+    grid().goTo(row, 1, 1);
+    EXPECT_TRUE(peaks()->details->text().contains("detection limit"));
+    QTest::keyClick(&grid(), Qt::Key_Return);
+    EXPECT_EQ(module->view.cursorCh, qRound(grid().text(row, 1).toDouble()));
+    QTest::keyClick(&grid(), Qt::Key_X);
+    settle();
+    EXPECT_TRUE(form2->isActiveWindow());
+}
+
+TEST_F(PeaksWindowTest, FollowsSpectrumAndCalibration) {
+    const int before = rows();
+    module->spectrum.calCurrent.a += 100;
+    form2->activateWindow();
+    key(Qt::Key_B);
+    settle();
+    EXPECT_GT(rowOf("761.6"), 0);
+    open(KESTREL_SAMPLES "/environmental-8192.chn");
+    settle();
+    EXPECT_NE(rows(), before);
+    EXPECT_GT(rowOf("1460.8"), 0);
+    open(KESTREL_SAMPLES "/eu152-co60-cs137-1024.chn");
+    settle();
+    EXPECT_GT(rows(), 0);
+    EXPECT_EQ(grid().text(1, 2), "");
+    EXPECT_TRUE(peaks()->remark->text().contains("Not calibrated"));
+    open(KESTREL_SAMPLES "/empty-4096.chn");
+    settle();
+    EXPECT_EQ(rows(), 0);
+    EXPECT_EQ(peaks()->remark->text(), "No peaks are marked.");
+}
+
+TEST_F(PeaksWindowTest, SavesCopiesAndKeepsItsPlace) {
+    dialogs.fileAnswer = {.path = folder.file("peaks.csv"), .filterIndex = 1};
+    peaks()->saveButton->click();
+    EXPECT_EQ(QString::fromStdString(folder.read("peaks.csv")).count("\r\n"), rows() + 1);
+    grid().goTo(3, 1, 1);
+    QTest::keyClick(&grid(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(QApplication::clipboard()->text().startsWith(grid().text(3, 1) + '\t'));
+    peaks()->resize(777, 444);
+    QTest::keyClick(peaks(), Qt::Key_Escape);
+    settle();
+    EXPECT_EQ(peaks(), nullptr);
+    trigger("peaks");
+    EXPECT_EQ(peaks()->size(), QSize(777, 444));
+}
+
+}  // namespace
+}  // namespace kestrel
