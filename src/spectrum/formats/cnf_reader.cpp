@@ -1,5 +1,6 @@
 #include "spectrum/formats/cnf_reader.h"
 
+#include <algorithm>
 #include <bit>
 #include <chrono>
 #include <cstdint>
@@ -148,14 +149,19 @@ class CnfFile {
         // More than 65535 do not fit the word of the block.
         const std::size_t inBlock = wordAt(counts + 0x2A);
         const bool cutOff = stated > inBlock && (stated & 0xFFFFU) == inBlock;
-        const std::size_t channels = checkedChannelCount(
-            static_cast<double>(inBlock == 0 || cutOff ? stated : inBlock), "Channels: ");
+        const std::size_t channels =
+            checkedChannelCount(static_cast<double>(inBlock == 0 || cutOff ? stated : inBlock),
+                                FilePlace{.part = "Channels: "});
         const std::size_t begin = counts + wordAt(counts + 0x10) + wordAt(counts + 0x28);
         if (begin + channels * 4 > size_)
             throw FormatError("The file ends before its " + std::to_string(channels) +
                               " counts, which begin at byte " + std::to_string(begin) + ".");
-        for (std::size_t i = 0; i < channels; ++i)
-            spectrum.counts.push_back(reader_.uint32At(begin + i * 4));
+        std::vector<std::int32_t> words(channels);
+        reader_.int32sAt(begin, words);
+        spectrum.counts.resize(channels);
+        std::ranges::transform(words, spectrum.counts.begin(), [](std::int32_t word) {
+            return static_cast<double>(static_cast<std::uint32_t>(word));
+        });
         blankTimes(spectrum);
     }
 

@@ -13,10 +13,34 @@
 namespace kestrel {
 namespace {
 
-constexpr std::string_view space = " \t\v\f\r\n";
-constexpr std::string_view betweenWords = " \t\v\f\r\n,;";
 constexpr std::array<std::string_view, 12> monthNames = {"jan", "feb", "mar", "apr", "may", "jun",
                                                          "jul", "aug", "sep", "oct", "nov", "dec"};
+
+bool isSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+bool isBetweenWords(char c) {
+    return isSpace(c) || c == ',' || c == ';';
+}
+
+bool isLineEnd(char c) {
+    return c == '\n' || c == '\r';
+}
+
+// Most numbers of these files are short counts, which need no more than this.
+std::optional<double> shortWhole(std::string_view word) {
+    constexpr std::size_t mostDigits = 9;
+    if (word.empty() || word.size() > mostDigits)
+        return std::nullopt;
+    std::int32_t number = 0;
+    for (const char c : word) {
+        if (!isDigit(c))
+            return std::nullopt;
+        number = number * 10 + (c - '0');
+    }
+    return number;
+}
 
 bool isLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
@@ -188,16 +212,18 @@ std::string asUtf8(std::string_view text) {
 }
 
 std::string_view trimSpace(std::string_view text) {
-    const std::size_t begin = std::min(text.find_first_not_of(space), text.size());
-    const std::size_t last = text.find_last_not_of(space);
-    return last == std::string_view::npos ? std::string_view()
-                                          : text.substr(begin, last + 1 - begin);
+    while (!text.empty() && isSpace(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isSpace(text.back()))
+        text.remove_suffix(1);
+    return text;
 }
 
 bool TextLines::next(std::string_view& line) {
     if (rest_.empty())
         return false;
-    const std::size_t end = std::min(rest_.find_first_of("\r\n"), rest_.size());
+    const auto end =
+        static_cast<std::size_t>(std::ranges::find_if(rest_, isLineEnd) - rest_.begin());
     line = trimSpace(rest_.substr(0, end));
     const bool two = rest_.substr(end).starts_with("\r\n");
     rest_.remove_prefix(std::min(end + (two ? 2 : 1), rest_.size()));
@@ -205,18 +231,16 @@ bool TextLines::next(std::string_view& line) {
     return true;
 }
 
-std::string TextLines::place() const {
-    return "Line " + std::to_string(number_) + ": ";
-}
-
 std::string_view takeWord(std::string_view& text) {
-    text.remove_prefix(std::min(text.find_first_not_of(betweenWords), text.size()));
-    const std::string_view word = text.substr(0, text.find_first_of(betweenWords));
-    text.remove_prefix(word.size());
-    return word;
+    const auto* const begin = std::ranges::find_if_not(text, isBetweenWords);
+    const auto* const end = std::find_if(begin, text.end(), isBetweenWords);
+    text = {end, text.end()};
+    return {begin, end};
 }
 
 std::optional<double> numberIn(std::string_view word) {
+    if (const std::optional<double> whole = shortWhole(word))
+        return whole;
     if (word.starts_with('+'))
         word.remove_prefix(1);
     double number = 0;
@@ -256,13 +280,18 @@ std::optional<LocalTime> dateIn(std::string_view text, DateOrder order) {
     return isPossible(time) ? std::optional(time) : std::nullopt;
 }
 
-void appendCount(std::string_view word, const std::string& place, std::vector<double>& counts) {
+void appendCount(std::string_view word, const FilePlace& place, std::vector<double>& counts) {
     const std::optional<double> count = numberIn(word);
     if (!count)
-        throw FormatError(place + "Counts expected, found \"" + std::string(word.substr(0, 40)) +
-                          "\".");
+        throw FormatError(place.text() + "Counts expected, found \"" +
+                          std::string(word.substr(0, 40)) + "\".");
     counts.push_back(*count);
     checkedChannelCount(static_cast<double>(counts.size()), place);
+}
+
+void appendCounts(std::string_view text, const FilePlace& place, std::vector<double>& counts) {
+    for (std::string_view word = takeWord(text); !word.empty(); word = takeWord(text))
+        appendCount(word, place, counts);
 }
 
 }  // namespace kestrel

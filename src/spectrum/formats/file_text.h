@@ -29,8 +29,7 @@ class TextLines {
     bool next(std::string_view& line);
     // Of the line that was delivered last, counted from 1.
     std::size_t number() const { return number_; }
-    // "line 14: "
-    std::string place() const;
+    FilePlace place() const { return {.line = number_}; }
 
   private:
     std::string_view rest_;
@@ -60,6 +59,8 @@ bool isPossible(const LocalTime& time);
 
 // Appends a count of a text file. Faults: FormatError with `place` where `word` is no number, or
 // beyond mostFileChannels counts.
-void appendCount(std::string_view word, const std::string& place, std::vector<double>& counts);
+void appendCount(std::string_view word, const FilePlace& place, std::vector<double>& counts);
+// The same of all words of a text.
+void appendCounts(std::string_view text, const FilePlace& place, std::vector<double>& counts);
 
 }  // namespace kestrel

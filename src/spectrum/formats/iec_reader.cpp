@@ -42,7 +42,7 @@ std::vector<double> touchingNumbers(std::string_view text) {
 
 class IecFile {
   public:
-    void take(std::string_view body, std::size_t record, const std::string& place) {
+    void take(std::string_view body, std::size_t record, const FilePlace& place) {
         if (body.starts_with("SPARE")) {
             pairsFrom_ = record + 1;
         } else if (body.starts_with("USERDEFINED") && record != userText) {
@@ -82,10 +82,11 @@ class IecFile {
     }
 
   private:
-    void takeTimes(std::string_view body, const std::string& place) {
+    void takeTimes(std::string_view body, const FilePlace& place) {
         const std::vector<double> numbers = numbersIn(body).value_or(std::vector<double>());
         if (numbers.size() != 3)
-            throw FormatError(place + "Live time, real time and number of channels expected.");
+            throw FormatError(place.text() +
+                              "Live time, real time and number of channels expected.");
         if (numbers[0] > 0)
             spectrum_.liveSeconds = numbers[0];
         if (numbers[1] > 0)
@@ -131,14 +132,14 @@ class IecFile {
     }
 
     // The number of the first channel and up to five counts.
-    void takeCounts(std::string_view body, const std::string& place) {
+    void takeCounts(std::string_view body, const FilePlace& place) {
         constexpr std::size_t channelWidth = 6;
         constexpr std::size_t countWidth = 10;
         if (body.empty())
             return;
         const std::optional<double> first = numberIn(trimSpace(body.substr(0, channelWidth)));
         if (!first || !(*first >= 0 && *first <= static_cast<double>(mostFileChannels)))
-            throw FormatError(place + "Number of a channel expected.");
+            throw FormatError(place.text() + "Number of a channel expected.");
         auto channel = static_cast<std::size_t>(*first);
         for (std::size_t at = channelWidth; at < body.size(); at += countWidth) {
             const std::string_view word = trimSpace(body.substr(at, countWidth));
@@ -149,12 +150,12 @@ class IecFile {
             store(channel++, count.front(), place);
         }
     }
-    void store(std::size_t channel, double count, const std::string& place) {
+    void store(std::size_t channel, double count, const FilePlace& place) {
         // The last line is filled up with zeros.
         if (channel >= promised_ && count == 0)
             return;
         if (channel > promised_)
-            throw FormatError(place + "Channel " + std::to_string(channel) + " of " +
+            throw FormatError(place.text() + "Channel " + std::to_string(channel) + " of " +
                               std::to_string(promised_) + ".");
         // Some writers count from 1: their last channel lies behind the end.
         spectrum_.counts.resize(std::max(spectrum_.counts.size(), channel + 1));

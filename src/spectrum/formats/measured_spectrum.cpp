@@ -4,9 +4,13 @@
 
 namespace kestrel {
 
-std::size_t checkedChannelCount(double channels, const std::string& place) {
+std::string FilePlace::text() const {
+    return (line == 0 ? "" : "Line " + std::to_string(line) + ": ") + std::string(part);
+}
+
+std::size_t checkedChannelCount(double channels, const FilePlace& place) {
     if (!(channels >= 1 && channels <= static_cast<double>(mostFileChannels)))
-        throw FormatError(place + "A spectrum has 1 to " + std::to_string(mostFileChannels) +
+        throw FormatError(place.text() + "A spectrum has 1 to " + std::to_string(mostFileChannels) +
                           " channels, not " + plainNumber(channels) + ".");
     return static_cast<std::size_t>(channels);
 }

@@ -6,6 +6,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "spectrum/spectrum.h"
@@ -58,7 +59,15 @@ class FormatError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// Where in a file something stands.
+struct FilePlace {
+    std::size_t line = 0;        // counted from 1; 0 where it is no matter of lines
+    std::string_view part = {};  // as "$DATA: "
+    // "Line 14: $DATA: "
+    std::string text() const;
+};
+
 // A number of channels that a file promises. Faults: FormatError outside 1 to mostFileChannels.
-std::size_t checkedChannelCount(double channels, const std::string& place);
+std::size_t checkedChannelCount(double channels, const FilePlace& place);
 
 }  // namespace kestrel

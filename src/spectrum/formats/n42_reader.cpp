@@ -133,7 +133,7 @@ std::optional<double> positiveSeconds(std::string_view text) {
 }
 
 // Behind a zero stands how many zeros there are in all.
-std::vector<double> withZeros(const std::vector<double>& packed, const std::string& place) {
+std::vector<double> withZeros(const std::vector<double>& packed, const FilePlace& place) {
     std::vector<double> counts;
     for (std::size_t i = 0; i < packed.size(); ++i) {
         if (packed[i] != 0) {
@@ -147,13 +147,12 @@ std::vector<double> withZeros(const std::vector<double>& packed, const std::stri
     return counts;
 }
 
-std::vector<double> countsOf(const Node& data, const std::string& place) {
+std::vector<double> countsOf(const Node& data, const FilePlace& place) {
     std::vector<double> counts;
     std::string_view text(data.child_value());
     if (const Node inner = childOf(data, "Data"))
         text = inner.child_value();
-    for (std::string_view word = takeWord(text); !word.empty(); word = takeWord(text))
-        appendCount(word, place, counts);
+    appendCounts(text, place, counts);
     const std::string_view code = !attributeOf(data, "compressionCode").empty()
                                       ? attributeOf(data, "compressionCode")
                                       : attributeOf(data, "Compression");
@@ -287,8 +286,8 @@ class N42File {
         if (!data || countsOther(node))
             return std::nullopt;
         MeasuredSpectrum spectrum;
-        const std::string id(attributeOf(node, "id"));
-        spectrum.counts = countsOf(data, "Spectrum \"" + id + "\": ");
+        const std::string place = "Spectrum \"" + std::string(attributeOf(node, "id")) + "\": ";
+        spectrum.counts = countsOf(data, {.part = place});
         if (spectrum.counts.size() < fewestChannels)
             return std::nullopt;
         takeTimes(node, spectrum);

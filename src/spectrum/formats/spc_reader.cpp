@@ -1,6 +1,7 @@
 #include "spectrum/formats/spc_reader.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -31,6 +32,14 @@ constexpr std::size_t channelsAt = 64;
 constexpr std::size_t realTimeAt = 90;  // a float that is not aligned, as the next
 constexpr std::size_t liveTimeAt = 94;
 constexpr std::size_t expansionAt = 110;
+
+double wholeCount(std::int32_t word) {
+    return static_cast<std::uint32_t>(word);
+}
+
+double realCount(std::int32_t word) {
+    return std::bit_cast<float>(word);
+}
 
 class SpcFile {
   public:
@@ -70,18 +79,17 @@ class SpcFile {
         const std::size_t stated = unsignedAt(channelsAt);
         const std::size_t channels =
             stated != 0 ? stated : unsignedAt(spectrumRecordsAt) * countsInRecord;
-        checkedChannelCount(static_cast<double>(channels), "Byte 64: ");
+        checkedChannelCount(static_cast<double>(channels), FilePlace{.part = "Byte 64: "});
         const std::size_t begin = (unsignedAt(spectrumAt) - 1) * recordSize;
         if (unsignedAt(spectrumAt) < 2 || begin + channels * 4 > size_)
             throw FormatError("The file ends before its " + std::to_string(channels) +
                               " counts, which record " + std::to_string(unsignedAt(spectrumAt)) +
                               " begins.");
         const bool real = reader_.int16At(fileTypeAt) == realCounts;
-        for (std::size_t i = 0; i < channels; ++i) {
-            const std::size_t at = begin + i * 4;
-            spectrum.counts.push_back(real ? double{reader_.floatAt(at)}
-                                           : static_cast<double>(reader_.uint32At(at)));
-        }
+        std::vector<std::int32_t> words(channels);
+        reader_.int32sAt(begin, words);
+        spectrum.counts.resize(channels);
+        std::ranges::transform(words, spectrum.counts.begin(), real ? realCount : wholeCount);
     }
 
     void takeTimes(MeasuredSpectrum& spectrum) const {
@@ -200,10 +208,9 @@ std::vector<MeasuredSpectrum> readTextSpc(std::string_view bytes) {
                 takeTextValue(name, value, spectrum);
             continue;
         }
-        for (std::string_view word = takeWord(line); !word.empty(); word = takeWord(line))
-            appendCount(word, lines.place(), spectrum.counts);
+        appendCounts(line, lines.place(), spectrum.counts);
     }
-    if (spectrum.counts.size() != checkedChannelCount(channels, "\"Length\": "))
+    if (spectrum.counts.size() != checkedChannelCount(channels, {.part = "\"Length\": "}))
         throw FormatError("\"Length\" promises " + std::to_string(static_cast<int>(channels)) +
                           " counts, the file has " + std::to_string(spectrum.counts.size()) + ".");
     return {std::move(spectrum)};

@@ -16,12 +16,11 @@ constexpr std::size_t mostBlocks = 200000;
 
 struct Block {
     std::string name;  // in capitals, without "$" and ":"
+    std::string part;  // "$DATA: "
     std::size_t line = 0;
     std::vector<std::string_view> lines;
 
-    std::string place(std::size_t index) const {
-        return "Line " + std::to_string(line + 1 + index) + ": $" + name + ": ";
-    }
+    FilePlace place(std::size_t index) const { return {.line = line + 1 + index, .part = part}; }
     std::string_view first() const { return lines.empty() ? std::string_view() : lines.front(); }
 };
 
@@ -29,8 +28,9 @@ struct Block {
 Block startBlock(std::string_view line, std::size_t number) {
     const std::string_view body = line.substr(1);
     const std::size_t end = std::min(body.find_first_of(": \t"), body.size());
-    Block block{.name = toUpper(body.substr(0, end)), .line = number, .lines = {}};
+    Block block{.name = toUpper(body.substr(0, end)), .part = {}, .line = number, .lines = {}};
     std::ranges::replace(block.name, '.', '_');
+    block.part = "$" + block.name + ": ";
     if (const std::string_view rest = trimSpace(body.substr(std::min(end + 1, body.size())));
         !rest.empty()) {
         block.lines.push_back(rest);
@@ -45,7 +45,7 @@ std::vector<Block> blocksOf(std::string_view text) {
     for (std::string_view line; lines.next(line);) {
         if (line.starts_with('$')) {
             if (blocks.size() == mostBlocks)
-                throw FormatError(lines.place() + "There are more than " +
+                throw FormatError(lines.place().text() + "There are more than " +
                                   std::to_string(mostBlocks) + " blocks.");
             blocks.push_back(startBlock(line, lines.number()));
         } else if (!blocks.empty()) {
@@ -82,19 +82,16 @@ std::vector<double> leadingNumbers(const Block& block) {
 void takeCounts(const Block& block, MeasuredSpectrum& spectrum) {
     const std::vector<double> range = numbersIn(block.first()).value_or(std::vector<double>());
     if (range.size() != 2 || range[0] < 0 || range[1] < range[0])
-        throw FormatError(block.place(0) + "First and last channel expected.");
+        throw FormatError(block.place(0).text() + "First and last channel expected.");
     const std::size_t channels = checkedChannelCount(range[1] + 1, block.place(0));
     std::vector<double>& counts = spectrum.counts;
     counts.assign(static_cast<std::size_t>(range[0]), 0.0);
     std::size_t i = 1;
-    for (; i < block.lines.size() && counts.size() < channels; ++i) {
-        std::string_view line = block.lines[i];
-        for (std::string_view word = takeWord(line); !word.empty(); word = takeWord(line))
-            appendCount(word, block.place(i), counts);
-    }
+    for (; i < block.lines.size() && counts.size() < channels; ++i)
+        appendCounts(block.lines[i], block.place(i), counts);
     const std::size_t skipped = static_cast<std::size_t>(range[0]);
     if (counts.size() < channels)
-        throw FormatError(block.place(0) + "promises " + std::to_string(channels - skipped) +
+        throw FormatError(block.place(0).text() + "promises " + std::to_string(channels - skipped) +
                           " counts, the file has " + std::to_string(counts.size() - skipped) + ".");
     const auto rest = std::span(block.lines).subspan(i);
     if (counts.size() > channels ||
@@ -203,7 +200,7 @@ std::vector<MeasuredSpectrum> readSpe(std::string_view bytes) {
             // A few bytes can promise channels without counts, and a block may come again.
             total += block.name == "DATA" ? current.channels() : 0;
             if (total > mostFileCounts || spectra.size() >= mostFileSpectra)
-                throw FormatError(block.place(0) + "The file holds more than " +
+                throw FormatError(block.place(0).text() + "The file holds more than " +
                                   std::to_string(mostFileSpectra) + " spectra or " +
                                   std::to_string(mostFileCounts) + " counts.");
             continue;

@@ -50,7 +50,7 @@ struct TableHead {
 
 class Table {
   public:
-    void take(std::string_view line, const std::string& place) {
+    void take(std::string_view line, const FilePlace& place) {
         if (isComment(line)) {
             head_.commented = true;
             return;
@@ -61,7 +61,7 @@ class Table {
         else if (columns_.front().empty())
             takeHeading(line);
         else
-            throw FormatError(place + "A row of numbers expected, found \"" +
+            throw FormatError(place.text() + "A row of numbers expected, found \"" +
                               std::string(line.substr(0, 40)) + "\".");
     }
 
@@ -84,11 +84,11 @@ class Table {
     }
 
   private:
-    void takeRow(const std::vector<double>& row, const std::string& place) {
+    void takeRow(const std::vector<double>& row, const FilePlace& place) {
         if (width_ == 0)
             width_ = row.size();
         if (row.size() != width_)
-            throw FormatError(place + std::to_string(width_) + " columns expected, found " +
+            throw FormatError(place.text() + std::to_string(width_) + " columns expected, found " +
                               std::to_string(row.size()) + ".");
         for (std::size_t i = 0; i < width_; ++i)
             columns_[i].push_back(row[i]);
@@ -162,7 +162,7 @@ class Table {
                 throw FormatError("The channels of the first column do not rise behind " +
                                   plainNumber(last) + ".");
             last = channels[i];
-            spectrum_.counts.resize(checkedChannelCount(last + 1, "First column: "), 0.0);
+            spectrum_.counts.resize(checkedChannelCount(last + 1, {.part = "First column: "}), 0.0);
             spectrum_.counts.back() = counts[i];
         }
     }
