@@ -127,6 +127,20 @@ def reading(runs):
         yield ratio_row(work, runs[f"openText/{form}"], "line splitting", runs[f"splitText/{form}"], 5)
 
 
+def exchange(runs):
+    """The numbers are the places in the table of writers of exchange_bench.cpp."""
+    for form, name, floor_name, floor, mark in (
+        (0, "SPE", "line splitting", "splitExchange", 3),
+        (1, "TKA", "line splitting", "splitExchange", 3),
+        (2, "table", "line splitting", "splitExchange", None),
+        (3, "N42", "the XML alone", "parseExchange", 2),
+        (4, "SPC", "plain read", "readBytesOfExchange", 3),
+        (5, "CNF", "plain read", "readBytesOfExchange", 3),
+    ):
+        work = f"read a file of 16384 channels: {name}"
+        yield ratio_row(work, runs[f"readExchange/{form}"], floor_name, runs[f"{floor}/{form}"], mark)
+
+
 def viewing(runs):
     repaint = runs["repaintOnScreen/16384"]
     page = runs["printPage/16384"]
@@ -174,7 +188,7 @@ def main():
             runs |= run_benchmarks(f"{build}/bench/{program}", environment)
     print_table(
         ["work", "time", "CPU time", "floor", "ratio", "mark", "met"],
-        [*reading(runs), *viewing(runs), *nuclides(runs), *rows],
+        [*reading(runs), *exchange(runs), *viewing(runs), *nuclides(runs), *rows],
     )
     channels = (1024, 4096, 16384)
     print_table(
