@@ -207,7 +207,7 @@ bool looksLikeCnf(std::string_view front) {
 }
 
 std::vector<MeasuredSpectrum> readCnf(std::string_view bytes) {
-    return {CnfFile(bytes).read()};
+    return asOnly(CnfFile(bytes).read());
 }
 
 }  // namespace kestrel

@@ -31,10 +31,13 @@ constexpr std::array<ExchangeFormat, 8> formats = {{
 }};
 
 void mendCounts(MeasuredSpectrum& spectrum) {
+    constexpr double most = std::numeric_limits<std::int32_t>::max();
+    if (std::ranges::all_of(spectrum.counts, [](double c) { return c >= 0 && c <= most; }))
+        return;
     std::size_t negative = 0;
     for (std::size_t channel = 0; channel < spectrum.counts.size(); ++channel) {
         double& count = spectrum.counts[channel];
-        if (!(std::abs(count) <= std::numeric_limits<std::int32_t>::max()))
+        if (!(std::abs(count) <= most))
             throw FormatError("Channel " + std::to_string(channel) + " has " +
                               (std::isfinite(count) ? plainNumber(count) : "no number of") +
                               " counts; up to 2147483647 can be read.");

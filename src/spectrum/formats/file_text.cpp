@@ -285,8 +285,9 @@ void appendCount(std::string_view word, const FilePlace& place, std::vector<doub
     if (!count)
         throw FormatError(place.text() + "Counts expected, found \"" +
                           std::string(word.substr(0, 40)) + "\".");
+    if (counts.size() == mostFileChannels)
+        checkedChannelCount(static_cast<double>(counts.size() + 1), place);
     counts.push_back(*count);
-    checkedChannelCount(static_cast<double>(counts.size()), place);
 }
 
 void appendCounts(std::string_view text, const FilePlace& place, std::vector<double>& counts) {

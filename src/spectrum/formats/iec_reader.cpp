@@ -187,7 +187,7 @@ std::vector<MeasuredSpectrum> readIec(std::string_view bytes) {
         if (line.starts_with(lineMark))
             file.take(line.substr(lineMark.size()), ++record, lines.place());
     }
-    return {file.finish()};
+    return asOnly(file.finish());
 }
 
 }  // namespace kestrel

@@ -1,8 +1,16 @@
 #include "spectrum/formats/measured_spectrum.h"
 
+#include <utility>
+
 #include "base/number_text.h"
 
 namespace kestrel {
+
+std::vector<MeasuredSpectrum> asOnly(MeasuredSpectrum spectrum) {
+    std::vector<MeasuredSpectrum> spectra;
+    spectra.push_back(std::move(spectrum));
+    return spectra;
+}
 
 std::string FilePlace::text() const {
     return (line == 0 ? "" : "Line " + std::to_string(line) + ": ") + std::string(part);

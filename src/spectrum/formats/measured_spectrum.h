@@ -53,6 +53,9 @@ struct MeasuredSpectrum {
     bool measured = true;              // not a calibration, a sum or the like
 };
 
+// The spectra of a file that holds one, without a copy of it.
+std::vector<MeasuredSpectrum> asOnly(MeasuredSpectrum spectrum);
+
 // The file is not what its format asks for. The text says what was found and where.
 class FormatError : public std::runtime_error {
   public:

@@ -190,7 +190,7 @@ bool looksLikeTextSpc(std::string_view front) {
 }
 
 std::vector<MeasuredSpectrum> readSpc(std::string_view bytes) {
-    return {SpcFile(bytes).read()};
+    return asOnly(SpcFile(bytes).read());
 }
 
 std::vector<MeasuredSpectrum> readTextSpc(std::string_view bytes) {
@@ -213,7 +213,7 @@ std::vector<MeasuredSpectrum> readTextSpc(std::string_view bytes) {
     if (spectrum.counts.size() != checkedChannelCount(channels, {.part = "\"Length\": "}))
         throw FormatError("\"Length\" promises " + std::to_string(static_cast<int>(channels)) +
                           " counts, the file has " + std::to_string(spectrum.counts.size()) + ".");
-    return {std::move(spectrum)};
+    return asOnly(std::move(spectrum));
 }
 
 }  // namespace kestrel

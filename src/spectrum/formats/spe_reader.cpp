@@ -85,6 +85,7 @@ void takeCounts(const Block& block, MeasuredSpectrum& spectrum) {
         throw FormatError(block.place(0).text() + "First and last channel expected.");
     const std::size_t channels = checkedChannelCount(range[1] + 1, block.place(0));
     std::vector<double>& counts = spectrum.counts;
+    counts.reserve(channels);
     counts.assign(static_cast<std::size_t>(range[0]), 0.0);
     std::size_t i = 1;
     for (; i < block.lines.size() && counts.size() < channels; ++i)

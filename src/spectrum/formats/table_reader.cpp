@@ -199,7 +199,7 @@ std::vector<MeasuredSpectrum> readTable(std::string_view bytes) {
         if (!line.empty())
             table.take(line, lines.place());
     }
-    return {table.finish()};
+    return asOnly(table.finish());
 }
 
 }  // namespace kestrel

@@ -51,14 +51,14 @@ std::vector<MeasuredSpectrum> readTka(std::string_view bytes) {
     spectrum.realSeconds = counts[1];
     if (std::has_single_bit(counts.size() - timeLines)) {
         counts.erase(counts.begin(), counts.begin() + timeLines);
-        return {std::move(spectrum)};
+        return asOnly(std::move(spectrum));
     }
     if (!std::has_single_bit(counts.size()))
         spectrum.notices.push_back("The file has " + std::to_string(counts.size()) +
                                    " lines, which is no power of two: it may be cut.");
     counts[0] = 0;
     counts[1] = 0;
-    return {std::move(spectrum)};
+    return asOnly(std::move(spectrum));
 }
 
 }  // namespace kestrel
