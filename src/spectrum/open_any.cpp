@@ -30,8 +30,8 @@ std::string allPatterns() {
     return patterns;
 }
 
-FileDialog anyDialog(const std::string& folder) {
-    FileDialog dialog{.title = "Open Any File",
+FileDialog anyDialog(const std::string& title, const std::string& folder) {
+    FileDialog dialog{.title = title,
                       .filters = {{"All spectra", allPatterns()}},
                       .filterIndex = 1,
                       .folder = folder};
@@ -115,8 +115,8 @@ OpenResult openExchangeFile(const std::string& path, const OpenTarget& target, D
 }  // namespace
 
 OpenResult openAnySpectrum(const OpenTarget& target, std::string& lastDirectory,
-                           int& lastFilterIndex, Dialogs& dialogs) {
-    const FileChoice choice = dialogs.openFile(anyDialog(lastDirectory));
+                           int& lastFilterIndex, Dialogs& dialogs, const std::string& title) {
+    const FileChoice choice = dialogs.openFile(anyDialog(title, lastDirectory));
     lastDirectory = currentDirectory();
     return choice.path.empty()
                ? OpenResult::Cancelled

@@ -12,7 +12,8 @@ namespace kestrel {
 // Asks for a file of any format and opens it. `lastDirectory` and `lastFilterIndex` as for
 // openSpectrumFile; the dialog's own filters leave `lastFilterIndex` alone.
 OpenResult openAnySpectrum(const OpenTarget& target, std::string& lastDirectory,
-                           int& lastFilterIndex, Dialogs& dialogs);
+                           int& lastFilterIndex, Dialogs& dialogs,
+                           const std::string& title = "Open Any File");
 
 // Opens the file at a full path by its content; what only its name tells goes the way of
 // openSpectrumPath. Of several spectra in a file the user chooses one; one of more channels than

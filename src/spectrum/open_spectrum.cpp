@@ -22,14 +22,6 @@ FileDialog openDialog(const std::string& folder, int filterIndex) {
     return dialog;
 }
 
-std::shared_ptr<const OpenedSpectrum> copyOf(const OpenTarget& target) {
-    auto copy = std::make_shared<OpenedSpectrum>();
-    copy->spectrum = target.spectrum;
-    copy->derived = target.derived;
-    copy->headerLines = target.headerLines;
-    return copy;
-}
-
 // After the second of two refused files there is still the way back to what was there before both.
 void tellOfRefusal(const std::shared_ptr<const OpenedSpectrum>& before, const OpenTarget& target) {
     Notice& notice = target.notice;
@@ -160,13 +152,25 @@ void finishOpening(const OpenTarget& target) {
     spectrum.openedLiveTime = spectrum.liveTime;
 }
 
+std::shared_ptr<const OpenedSpectrum> copyOf(const OpenTarget& target) {
+    auto copy = std::make_shared<OpenedSpectrum>();
+    copy->spectrum = target.spectrum;
+    copy->derived = target.derived;
+    copy->headerLines = target.headerLines;
+    return copy;
+}
+
+void bringBack(const OpenedSpectrum& opened, const OpenTarget& target) {
+    restoreSpectrum(opened, target.spectrum);
+    target.derived = opened.derived;
+    target.headerLines = opened.headerLines;
+}
+
 void restoreBefore(const OpenTarget& target) {
     const std::shared_ptr<const OpenedSpectrum> before = target.notice.before;
     if (before == nullptr)
         return;
-    restoreSpectrum(*before, target.spectrum);
-    target.derived = before->derived;
-    target.headerLines = before->headerLines;
+    bringBack(*before, target);
     target.notice = {};
 }
 

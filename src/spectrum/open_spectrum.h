@@ -2,6 +2,7 @@
 // loaded spectrum.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,10 @@ OpenResult openSpectrumPath(const std::string& path, const OpenTarget& target,
 // What follows the reading, whatever the format: the calibration that the user wants, the channel
 // arrays, and the header lines. Faults: those of computeDerivedArrays.
 void finishOpening(const OpenTarget& target);
+
+std::shared_ptr<const OpenedSpectrum> copyOf(const OpenTarget& target);
+// All but the notice, with the calibration that the user has chosen since for other files.
+void bringBack(const OpenedSpectrum& opened, const OpenTarget& target);
 
 // Brings back what the notice keeps, and empties it. Without anything kept it does nothing.
 void restoreBefore(const OpenTarget& target);

@@ -70,6 +70,8 @@ void drawFineTicks(const ViewState& view, Canvas& canvas) {
 }
 
 std::string countLabel(std::int64_t counts) {
+    if (counts < 0)
+        return "-" + countLabel(-counts);
     auto value = static_cast<double>(counts);
     std::string suffix;
     for (const char* next : {"K", "M"}) {

@@ -15,7 +15,8 @@ std::optional<double> ratio(double first, double second) {
 
 // The first may have changed since the second was brought onto its channels.
 int channelsOf(const SpectrumPair& pair) {
-    return std::min<int>(pair.first.channelCount, static_cast<int>(pair.onFirst.counts.size()));
+    const auto most = std::min(pair.onFirst.counts.size(), std::size_t{channelLimit});
+    return std::min<int>(pair.first.channelCount, static_cast<int>(most));
 }
 
 std::optional<double> ratioOfCounts(const SpectrumPair& pair, int from, int to) {
@@ -52,10 +53,13 @@ void updateComparison(Comparison& comparison, const Spectrum& first) {
         comparison.logHeights.push_back(unitsOfDecade * std::log10(counts));
 }
 
+SpectrumPair pairOf(const Comparison& comparison, const Spectrum& first) {
+    return {first, comparison.second->spectrum, comparison.onFirst};
+}
+
 std::optional<double> factorOf(const Comparison& comparison, const Spectrum& first, int from,
                                int to) {
-    return scaleFactor(comparison.scale, {first, comparison.second->spectrum, comparison.onFirst},
-                       from, to);
+    return scaleFactor(comparison.scale, pairOf(comparison, first), from, to);
 }
 
 Difference differenceAt(const SpectrumPair& pair, double factor, int channel) {
@@ -65,6 +69,13 @@ Difference differenceAt(const SpectrumPair& pair, double factor, int channel) {
     const double first = pair.first.counts[channel];
     const double variance = std::max(first, 0.0) + factor * factor * pair.onFirst.variances.at(k);
     return {first - factor * pair.onFirst.counts.at(k), std::sqrt(variance)};
+}
+
+double greatestDifference(const SpectrumPair& pair, double factor, int from, int to) {
+    double greatest = 0;
+    for (int k = from; k <= to; ++k)
+        greatest = std::max(greatest, std::fabs(differenceAt(pair, factor, k).counts));
+    return greatest;
 }
 
 }  // namespace kestrel

@@ -37,12 +37,17 @@ struct Comparison {
     Redistributed onFirst;
     std::vector<double> logHeights;  // of its counts on the logarithmic axis; no number below them
     CompareScale scale = CompareScale::LiveTime;
+    bool difference = false;  // shown in place of the two, on the linear axis
+    Notice notice;            // of the second
 };
+
+// Of a comparison that is not off.
+SpectrumPair pairOf(const Comparison& comparison, const Spectrum& first);
 
 // To be called after either spectrum, or a calibration, has changed. Faults: those of redistribute.
 void updateComparison(Comparison& comparison, const Spectrum& first);
 
-// As scaleFactor, of a comparison that is not off.
+// As scaleFactor, likewise.
 std::optional<double> factorOf(const Comparison& comparison, const Spectrum& first, int from,
                                int to);
 
@@ -59,5 +64,8 @@ struct Difference {
 // variance of the second on this channel. The factor counts as exact: an error of its own, as it
 // has by shown counts, would be common to all channels. Outside the first spectrum all are 0.
 Difference differenceAt(const SpectrumPair& pair, double factor, int channel);
+
+// Of channels `from` to `to`, whatever its sign.
+double greatestDifference(const SpectrumPair& pair, double factor, int from, int to);
 
 }  // namespace kestrel

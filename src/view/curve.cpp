@@ -94,6 +94,21 @@ HeightList heightsOfSecond(const PlotInput& input, std::int64_t first, std::int6
     return values;
 }
 
+// Of the difference and so many standard errors. What is below the base line would hide labels.
+template <int errors>
+HeightList heightsOfDifference(const PlotInput& input, std::int64_t first, std::int64_t last) {
+    HeightList values = emptyHeights(input, first, last);
+    const SpectrumPair pair = pairOf(*input.comparison, input.spectrum);
+    const double factor = factorInView(input);
+    const double slope{input.view.yScaleFactor};
+    auto channel = static_cast<int>(first);
+    for (double& value : values) {
+        const Difference here = differenceAt(pair, factor, channel++);
+        value = heightInPicture(differenceZero + slope * (here.counts + errors * here.error), 0);
+    }
+    return values;
+}
+
 // Channels in half a group; below 1 every channel is drawn by itself.
 std::int16_t decimationStep(const ViewState& view) {
     return toInt16((view.viewEndCh - view.viewStartCh + 4) / double{channelsPerPicture});
@@ -245,6 +260,26 @@ void drawSecondCurve(const PlotInput& input, Canvas& canvas) {
     CurvePainter(input, canvas, heightsOfSecond).draw(input.palette[palette_number::grey]);
 }
 
+bool showsDifference(const PlotInput& input) {
+    return input.comparison != nullptr && input.comparison->second != nullptr &&
+           input.comparison->difference && input.view.linLogMode == CountAxis::Linear;
+}
+
+double greatestDifference(const PlotInput& input) {
+    return greatestDifference(pairOf(*input.comparison, input.spectrum), factorInView(input),
+                              input.view.viewStartCh, input.view.viewEndCh);
+}
+
+void drawDifference(const PlotInput& input, Canvas& canvas) {
+    canvas.setDrawWidth(drawWidthOf(input.view));
+    const Colour grey = input.palette[palette_number::grey];
+    CurvePainter(input, canvas, heightsOfDifference<-1>).draw(grey);
+    CurvePainter(input, canvas, heightsOfDifference<1>).draw(grey);
+    canvas.line(input.view.viewStartCh, differenceZero, input.view.viewEndCh, differenceZero,
+                canvas.foreColour());
+    CurvePainter(input, canvas, heightsOfDifference<0>).draw();
+}
+
 // A bound of 0 counts as channel 1.
 void drawRegions(const PlotInput& input, Canvas& canvas) {
     if (input.regions == nullptr || !input.regions->shown)
@@ -257,7 +292,8 @@ void drawRegions(const PlotInput& input, Canvas& canvas) {
     if (!hasCurve(input.spectrum))
         return;
     const Colour background = input.palette[palette_number::lightGreen];
-    CurvePainter curve(input, canvas);
+    CurvePainter curve(input, canvas,
+                       showsDifference(input) ? heightsOfDifference<0> : heightsOfFirst);
     curve.drawAgain(bounds[0], bounds[1], background);
     curve.drawAgain(bounds[2], bounds[3], input.palette[palette_number::lightRed]);
     curve.drawAgain(bounds[4], bounds[5], background);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/canvas.h"
+#include "view/view_state.h"
 
 namespace kestrel {
 
@@ -16,6 +17,18 @@ void drawCurve(const PlotInput& input, Canvas& canvas);
 // The curve of the second spectrum, scaled, in grey; nothing without one. Where no factor can be
 // told it is drawn one to one. Faults: Overflow.
 void drawSecondCurve(const PlotInput& input, Canvas& canvas);
+
+// Whether the difference of the two spectra stands in place of them.
+bool showsDifference(const PlotInput& input);
+// Where it is 0, in plot units.
+inline constexpr double differenceZero = plotTop / 2;
+
+// The greatest one shown, in counts, whatever its sign.
+double greatestDifference(const PlotInput& input);
+
+// The first minus the scaled second with its colours, a line where it is 0, and in grey one
+// standard error above and below. Faults likewise.
+void drawDifference(const PlotInput& input, Canvas& canvas);
 
 // The regions that the peak-area dialog has, over the curve. Faults likewise.
 void drawRegions(const PlotInput& input, Canvas& canvas);

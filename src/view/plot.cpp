@@ -1,5 +1,6 @@
 #include "view/plot.h"
 
+#include <algorithm>
 #include <string>
 
 #include "base/integers.h"
@@ -13,9 +14,39 @@ namespace kestrel {
 namespace {
 
 constexpr double labelDistance = 0.04;  // of the count axis labels, as a part of the width
+constexpr double ticksDistance = 0.01;  // of the farthest ends of its ticks, likewise, with a gap
 
 double labelPosition(const ViewState& view) {
     return view.viewStartCh - labelDistance * view.viewWidth;
+}
+
+// A label left of the count axis and its ticks, as far as there is room.
+void printCountLabel(const ViewState& view, double y, const std::string& label, Canvas& canvas) {
+    const double rightmost =
+        view.viewStartCh - ticksDistance * view.viewWidth - canvas.textWidth(label);
+    const double x = std::min(labelPosition(view), rightmost);
+    printAt(canvas, std::max(x, canvas.scale().left), y, label);
+}
+
+// Below each tick of the linear axis but the highest, which has the full scale; `zero` is the
+// number of the tick at 0.
+void labelQuarters(const ViewState& view, int zero, Canvas& canvas) {
+    for (int quarter = 0; quarter < 4; ++quarter)
+        printCountLabel(view, plotTop * quarter / 4,
+                        countLabel((std::int64_t{1} << view.yScaleExp) * (quarter - zero) / 4),
+                        canvas);
+}
+
+// The full scale has as much above 0 as below.
+void drawDifferencePlot(const PlotInput& input, Canvas& canvas) {
+    const ViewState& view = input.view;
+    drawCountAxis(view, canvas);
+    printCountLabel(view, plotTop, countLabel(std::int64_t{1} << (view.yScaleExp - 1)), canvas);
+    printAt(canvas, labelPosition(view), plotTop - canvas.textHeight(), "cnt");
+    for (int quarter = 0; quarter <= 4; ++quarter)
+        drawCountTick(view, plotTop * quarter / 4, canvas);
+    labelQuarters(view, 2, canvas);
+    drawDifference(input, canvas);
 }
 
 void drawLinearPlot(const PlotInput& input, Canvas& canvas) {
@@ -41,17 +72,10 @@ void drawLogPlot(const PlotInput& input, Canvas& canvas) {
     drawCurve(input, canvas);
 }
 
-// Below each tick of the linear axis but the highest, which has the full scale.
-void labelQuarters(const ViewState& view, Canvas& canvas) {
-    for (int quarter = 0; quarter < 4; ++quarter)
-        printAt(canvas, labelPosition(view), plotTop * quarter / 4,
-                countLabel((std::int64_t{1} << view.yScaleExp) * quarter / 4));
-}
-
-void drawFineAxes(const ViewState& view, Canvas& canvas) {
-    drawFineTicks(view, canvas);
-    if (view.linLogMode == CountAxis::Linear)
-        labelQuarters(view, canvas);
+void drawFineAxes(const PlotInput& input, Canvas& canvas) {
+    drawFineTicks(input.view, canvas);
+    if (input.view.linLogMode == CountAxis::Linear && !showsDifference(input))
+        labelQuarters(input.view, 0, canvas);
 }
 
 // At a quarter and at three quarters of the range shown.
@@ -72,12 +96,14 @@ void drawSpectrum(const PlotInput& input, Canvas& canvas) {
     canvas.clear(input.palette[palette_number::black]);
     drawChannelAxis(input.view, canvas);
     canvas.setForeColour(input.palette[palette_number::lightRed]);
-    if (input.view.linLogMode == CountAxis::Linear)
+    if (showsDifference(input))
+        drawDifferencePlot(input, canvas);
+    else if (input.view.linLogMode == CountAxis::Linear)
         drawLinearPlot(input, canvas);
     else
         drawLogPlot(input, canvas);
     if (input.look != nullptr && input.look->fineTicks)
-        drawFineAxes(input.view, canvas);
+        drawFineAxes(input, canvas);
     drawHeaderTexts(input, canvas);
     drawRegions(input, canvas);
 }

@@ -8,6 +8,7 @@
 #include "base/integers.h"
 #include "base/pointer_scope.h"
 #include "spectrum/peak_measure.h"
+#include "view/curve.h"
 #include "view/status_text.h"
 
 namespace kestrel {
@@ -21,6 +22,7 @@ constexpr int anyShift = -1;
 // leave what it stands at, with the rounding to whole channels of the narrowest view.
 constexpr double tremble = 0.01;
 constexpr double snapping = 0.15;
+constexpr double mostCounts = 1 << 30;  // beyond every full scale
 constexpr std::size_t mostRangesBefore = 50;
 
 }  // namespace
@@ -356,14 +358,21 @@ void SpectrumView::keepForBack(const Range& range) {
     rangesBefore_.push_back(range);
 }
 
-void SpectrumView::fitScale() {
-    if (state_.linLogMode != CountAxis::Linear)
-        return;
+// The difference takes as much below its zero as above.
+std::int32_t SpectrumView::highestShown() const {
+    if (showsDifference(input_))
+        return toInt32(std::min(2 * greatestDifference(input_), mostCounts));
     std::int32_t highest = 0;
     const int last = std::min<int>(state_.viewEndCh, input_.spectrum.channelCount - 1);
     for (int channel = state_.viewStartCh; channel <= last; ++channel)
         highest = std::max(highest, input_.spectrum.countsAt(channel));
-    if (fitFullScale(state_, highest))
+    return highest;
+}
+
+void SpectrumView::fitScale() {
+    if (state_.linLogMode != CountAxis::Linear)
+        return;
+    if (fitFullScale(state_, highestShown()))
         redraw();
 }
 

@@ -93,7 +93,7 @@ class SpectrumView {
     void stepRight();
     void setPlotMode(PlotMode mode);
     void showAll();
-    // On the linear axis: the lowest full scale that the counts shown fit in.
+    // On the linear axis: the lowest full scale that the counts shown, or their difference, fit in.
     void fitScale();
     // The range before the last drag, turn of the wheel or showing of all; nothing without one.
     void zoomBack();
@@ -140,6 +140,7 @@ class SpectrumView {
     void nextPeak();
     bool isPeak(int channel) const;
 
+    std::int32_t highestShown() const;
     // The scale of the shown range, and the whole picture anew.
     void drawView();
     void drawCursor();

@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <memory>
 #include <numeric>
 #include <random>
+#include <tuple>
+#include <utility>
 
 #include "recording_canvas.h"
 #include "view/curve.h"
@@ -180,6 +183,52 @@ TEST_F(Comparing, TheSecondIsDrawnInGreyExactlyBehindTheFirst) {
                 EXPECT_EQ(both.lines, one.lines) << end;
                 EXPECT_EQ(both.points, one.points) << end;
             }
+}
+
+TEST_F(Comparing, TheDifferenceHasItsOwnZeroAndItsError) {
+    const auto opened = std::make_shared<OpenedSpectrum>();
+    const auto derived = std::make_unique<DerivedArrays>();
+    const auto colours = std::make_unique<ChannelArray<Colour>>();
+    first->channelCount = opened->spectrum.channelCount = 4;
+    const int counts[][2] = {{0, 0}, {16, 0}, {0, 9}, {1000, 0}};
+    for (int k = 0; k < 4; ++k)
+        std::tie(first->counts[k], opened->spectrum.counts[k]) =
+            std::tie(counts[k][0], counts[k][1]);
+    Comparison comparison;
+    comparison.second = opened;
+    comparison.difference = true;
+    updateComparison(comparison, *first);
+    ViewState view{.viewEndCh = 3, .viewWidth = 3};
+    view.plotMode = PlotMode::Dots;
+    view.linLogMode = CountAxis::Linear;
+    view.yScaleExp = 6;
+    view.yScaleFactor = 18.75F;  // 16 counts are a quarter of the height
+    const PlotInput input{*first,          *derived, view,    *colours,
+                          standardPalette, nullptr,  nullptr, &comparison};
+    test::RecordingCanvas canvas;
+    drawSpectrum(input, canvas);
+    const Colour grey = standardPalette[palette_number::grey];
+    const Colour white = standardPalette[palette_number::white];
+    const auto beyond = 600 + 18.75 * 1000;
+    const test::Point points[] = {{1, 825, grey},    {2, 375, grey},  {1, 975, grey},
+                                  {2, 487.5, grey},  {1, 900, white}, {2, 431.25, white},
+                                  {3, beyond, white}};
+    for (const test::Point& point : points)
+        EXPECT_EQ(std::ranges::count_if(canvas.points,
+                                        [&](const test::Point& p) {
+                                            return p.x == point.x && p.colour == point.colour &&
+                                                   std::fabs(p.y - point.y) <= 0.5;
+                                        }),
+                  1)
+            << point.x << " " << point.y;
+    for (const auto& [y, text] :
+         {std::pair(1200, "32"), {900, "16"}, {600, "0"}, {300, "-16"}, {0, "-32"}})
+        EXPECT_TRUE(std::ranges::any_of(canvas.texts, [&, y = y, text = text](const auto& label) {
+            return label.y == y && label.text == text;
+        })) << text;
+    EXPECT_EQ(greatestDifference(input), 1000);
+    comparison.difference = false;
+    EXPECT_FALSE(showsDifference(input));
 }
 
 }  // namespace
