@@ -59,6 +59,7 @@ Form2::Form2(Module1& module, Dialogs& dialogs)
       shrinkButton(button(this, "Command7", "><", "Shrink", "PageDown")),
       statusLine(new QLineEdit(this)),
       pointerStatus(new QLabel(this)),
+      secondStatus(new QLabel(this)),
       module_(module),
       dialogs_(dialogs),
       noticeLine_(new NoticeLine(NoticeLine::Kind::WithButtons, this)),
@@ -76,7 +77,7 @@ Form2::Form2(Module1& module, Dialogs& dialogs)
 PlotInput Form2::plotInput() const {
     return {module_.spectrum,      module_.derived,     module_.view,
             module_.channelColour, module_.plotPalette, &module_.peakArea.fields.bounds,
-            &module_.preferences};
+            &module_.preferences,  &module_.comparison};
 }
 
 void Form2::placeControls() {
@@ -103,6 +104,7 @@ void Form2::placeControls() {
     column->addWidget(noticeLine_);
     column->addWidget(plotArea, 1);
     column->addWidget(energyStrip);
+    column->addWidget(secondStatus);
     column->addSpacing(6);
     column->addLayout(row);
     setCentralWidget(central);
@@ -115,6 +117,13 @@ void Form2::placeControls() {
     statusBar()->addWidget(pointerStatus, 1);
     statusBar()->setSizeGripEnabled(false);
     pointerStatus->setAccessibleName(tr("Under the pointer"));
+    secondStatus->setAccessibleName(tr("Second spectrum"));
+    secondStatus->setTextFormat(Qt::PlainText);
+    secondStatus->setFont(fixedPitchFont(10));
+    secondStatus->setContentsMargins(0, 3, 0, 0);
+    // A long name does not widen the window.
+    secondStatus->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    secondStatus->hide();
     energyStrip->setAccessibleName(tr("Energy axis"));
     energyStrip->setVisible(module_.preferences.energyAxis);
     resize(QSize(1100, 740 + energyStrip->height() + statusBar()->sizeHint().height())
@@ -294,6 +303,7 @@ void Form2::showStatus(std::string_view text) {
 
 void Form2::placeCursorMark(const CursorMark& mark) {
     plotArea->placeCursorMark(mark);
+    showSecondLine();
 }
 
 void Form2::pictureDrawn() {

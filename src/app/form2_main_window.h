@@ -2,6 +2,7 @@
 // menus.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -62,6 +63,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     QPushButton* const shrinkButton;
     QLineEdit* const statusLine;
     QLabel* const pointerStatus;  // what is under the pointer
+    QLabel* const secondStatus;   // what is told of a second spectrum, below the plot
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -81,7 +83,8 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
         const char* shortcut = "";       // bound to the item
         const char* does = "";           // a sentence without its point
         void (Form2::*run)() = nullptr;  // none: a menu
-        bool (Form2::*isOn)() const = nullptr;  // none: the item has no mark
+        bool (Form2::*isOn)() const = nullptr;      // none: the item has no mark
+        bool (Form2::*isUsable)() const = nullptr;  // none: always; else it is grey
     };
     static std::span<const Action> actions();
     static QString toolTipOf(const Action& action);
@@ -90,7 +93,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     QAction* makeItem(QWidget& parent, const Action& action);
     void buildMenus();
     QAction* actionNamed(const char* name) const;
-    // Marks the items as the state is.
+    // Marks the items as the state is, and greys those that can do nothing.
     void showMarks();
 
     void saveCounts();
@@ -148,6 +151,31 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
 
     void showPeaks();
 
+    void openSecondFile();
+    void swapSpectra();
+    void switchDifference();
+    bool showsDifference() const;
+    void removeSecond();
+    bool hasSecond() const;
+    template <CompareScale scale>
+    void scaleSecond() {
+        module_.comparison.scale = scale;
+        view_.redraw();
+    }
+    template <CompareScale scale>
+    bool scalesSecond() const {
+        return module_.comparison.scale == scale;
+    }
+    template <CompareScale scale>
+    bool canScaleSecond() const {
+        return canScale(scale);
+    }
+    bool canScale(CompareScale scale) const;
+    void showSecond();
+    void showSecondLine();
+    // What follows from a spectrum, or a calibration, that has changed or may have.
+    void followSpectrum();
+
     void askNuclide();
     void selectNuclide(const std::string& key);
     void chooseDatabaseDir();
@@ -167,8 +195,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     template <typename Open>
     void openWith(Open open);
     // What shows it anew but for the plot, which `showPlot` draws, and a set of peak areas.
-    template <typename ShowPlot>
-    void showLoaded(ShowPlot showPlot, std::int16_t peakSet);
+    void showLoaded(const std::function<void()>& showPlot, std::int16_t peakSet);
     void showNotice();
     void restoreSpectrum();
     void closeNotice();

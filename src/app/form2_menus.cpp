@@ -31,7 +31,7 @@ constexpr int resultPlacement = 11;
 // keys that people are told are made from this table.
 std::span<const Form2::Action> Form2::actions() {
     using F = Form2;
-    // menu, object name, caption, keys of the plot, shortcut, what it does, handler, mark
+    // menu, object name, caption, keys of the plot, shortcut, what it does, handler, mark, use
     static constexpr std::array table = {
         Action{"", "file", "&File"},
         Action{"file", "f11(0)", "&Open File...", "F7, G", "", "Open a spectrum of a chosen format",
@@ -107,6 +107,30 @@ std::span<const Form2::Action> Form2::actions() {
         Action{"win", "peaks", "Open &Peaks", "", "F8",
                "List all peaks with their areas and the nuclides that could explain them",
                &F::showPeaks},
+        Action{"", "compare", "&Compare"},
+        Action{"compare", "openSecond", "Open &Second...", "", "",
+               "Open a second spectrum of any format behind the first", &F::openSecondFile},
+        Action{"compare", "swapSpectra", "S&wap", "", "F6",
+               "The first and the second spectrum change places", &F::swapSpectra, nullptr,
+               &F::hasSecond},
+        Action{"compare", "scale", "S&cale", "", "", "", nullptr, nullptr, &F::hasSecond},
+        Action{"scale", "scaleLiveTime", "&Live Time", "", "",
+               "Scale the second to the live time of the first",
+               &F::scaleSecond<CompareScale::LiveTime>, &F::scalesSecond<CompareScale::LiveTime>,
+               &F::canScaleSecond<CompareScale::LiveTime>},
+        Action{"scale", "scaleShownCounts", "&Shown Counts", "", "",
+               "Scale the second to the counts of the first in the range shown",
+               &F::scaleSecond<CompareScale::ShownCounts>,
+               &F::scalesSecond<CompareScale::ShownCounts>,
+               &F::canScaleSecond<CompareScale::ShownCounts>},
+        Action{"scale", "scaleOneToOne", "&One to One", "", "", "Show the second as it is",
+               &F::scaleSecond<CompareScale::OneToOne>, &F::scalesSecond<CompareScale::OneToOne>,
+               &F::canScaleSecond<CompareScale::OneToOne>},
+        Action{"compare", "difference", "&Difference", "", "",
+               "Show the first minus the scaled second, on the linear axis", &F::switchDifference,
+               &F::showsDifference, &F::hasSecond},
+        Action{"compare", "removeSecond", "O&ff", "", "", "Take the second spectrum away",
+               &F::removeSecond, nullptr, &F::hasSecond},
         Action{"", "help", "&Help"},
         Action{"help", "guide", "&Guide", "", "F12", "Read the user guide", &F::showGuide},
         Action{"help", "keys", "&Keys", "", "", "List the keys of the main window", &F::showKeys},
@@ -172,6 +196,8 @@ void Form2::buildMenus() {
         parent->addAction(made);
     }
     connect(actionNamed("recent")->menu(), &QMenu::aboutToShow, this, &Form2::listRecentFiles);
+    // The range shown decides whether it can be scaled by.
+    connect(actionNamed("compare")->menu(), &QMenu::aboutToShow, this, &Form2::showMarks);
     showMarks();
 }
 
@@ -183,6 +209,8 @@ void Form2::showMarks() {
     for (const Action& action : actions()) {
         if (action.isOn != nullptr)
             actionNamed(action.name)->setChecked((this->*action.isOn)());
+        if (action.isUsable != nullptr)
+            actionNamed(action.name)->setEnabled((this->*action.isUsable)());
     }
 }
 
@@ -213,8 +241,10 @@ void Form2::showPrintPreview() {
 void Form2::calibrateEnergy() {
     Form5 form5(module_.spectrum, module_.calibrationTexts, dialogs_,
                 module_.settings.windowPlacement[calibrationPlacement], this);
-    if (form5.exec() == QDialog::Accepted)
+    if (form5.exec() == QDialog::Accepted) {
+        followSpectrum();
         view_.redraw();
+    }
     focusPlot();
 }
 

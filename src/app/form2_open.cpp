@@ -32,10 +32,10 @@ void Form2::openWith(Open open, ShowPlot showPlot, std::int16_t peakSet) {
     try {
         result = open();
     } catch (const RuntimeFault&) {
-        showNotice();
+        followSpectrum();
         throw;
     }
-    showNotice();
+    followSpectrum();
     if (result == OpenResult::Loaded)
         showLoaded(showPlot, peakSet);
     if (result != OpenResult::Refused)
@@ -116,14 +116,17 @@ OpenTarget Form2::openTarget() {
 }
 
 void Form2::showNotice() {
-    noticeLine_->say(module_.notice.text(), module_.notice.before != nullptr);
+    Notice all = module_.notice;
+    for (const std::string& line : module_.comparison.notice.lines)
+        all.add("Second spectrum: " + line);
+    noticeLine_->say(all.text(), all.before != nullptr);
 }
 
 // With the view that the user had, as far as it lies in the spectrum. A refusal has left the
 // caption alone.
 void Form2::restoreSpectrum() {
     restoreBefore(openTarget());
-    showNotice();
+    followSpectrum();
     // A file of no channels leaves a range of none.
     const ViewState& view = module_.view;
     const bool inside = view.viewStartCh >= 0 && view.viewStartCh < view.viewEndCh &&
@@ -140,12 +143,12 @@ void Form2::restoreSpectrum() {
 
 void Form2::closeNotice() {
     module_.notice.lines.clear();
+    module_.comparison.notice.lines.clear();
     showNotice();
     focusPlot();
 }
 
-template <typename ShowPlot>
-void Form2::showLoaded(ShowPlot showPlot, std::int16_t peakSet) {
+void Form2::showLoaded(const std::function<void()>& showPlot, std::int16_t peakSet) {
     module_.seriesFile = module_.spectrum.filePath;
     showCaption();
     if (form10_)

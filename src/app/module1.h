@@ -13,6 +13,7 @@
 #include "nuclide/database.h"
 #include "nuclide/nuclide_data.h"
 #include "spectrum/notice.h"
+#include "view/comparison.h"
 #include "view/nuclide_marks.h"
 #include "view/view_state.h"
 
@@ -24,6 +25,7 @@ struct Module1 {
     std::vector<std::string> headerLines;  // what the data information window lists
     Notice notice;                         // what the main window says of the spectrum
     ViewState view;
+    Comparison comparison;                  // with a second spectrum
     ChannelArray<Colour> channelColour;     // 0: no nuclide mark
     Palette palette = standardPalette;      // of the tables
     Palette plotPalette = standardPalette;  // by the colours that the user has chosen

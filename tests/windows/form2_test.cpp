@@ -742,5 +742,85 @@ TEST_F(MainWindow, ChoosesByLettersOfAMenuThatAreAlsoKeysOfThePlot) {
     EXPECT_EQ(dialogs.fileDialogs[0].title, "Save Picture");
 }
 
+class SecondSpectrum : public MainWindow {
+  protected:
+    SecondSpectrum() {
+        openSample();
+        before = module->spectrum;
+    }
+    bool usable(const char* name) const {
+        return form2->findChild<QAction*>(QString::fromLatin1(name))->isEnabled();
+    }
+    void openSecond(const std::string& path) {
+        dialogs.fileAnswer = {.path = path};
+        trigger("openSecond");
+    }
+    Spectrum before;
+    const std::string background = KESTREL_SAMPLES "/environmental-8192.chn";
+};
+
+TEST_F(SecondSpectrum, IsSeenUntilItIsTakenAway) {
+    const QImage alone = form2->plotArea->grab().toImage();
+    for (const char* item : {"swapSpectra", "scale", "difference", "removeSecond"})
+        EXPECT_FALSE(usable(item)) << item;
+    openSecond(background);
+    QApplication::processEvents();
+    const QString line = form2->secondStatus->text();
+    EXPECT_TRUE(form2->secondStatus->isVisible() && line.endsWith("environmental-8192.chn"));
+    EXPECT_TRUE(usable("swapSpectra") && usable("scaleLiveTime"));
+    trigger("scaleOneToOne");
+    EXPECT_TRUE(form2->secondStatus->text().startsWith("Second x 1.0000   c: "));
+    const QImage lines = form2->picture().copy();
+    EXPECT_GT(dotsAt(3000, 0xFF808080, lines), 0);
+    trigger("difference");
+    EXPECT_EQ(module->view.linLogMode, CountAxis::Linear);
+    EXPECT_NE(form2->picture(), lines);
+    dialogs.fileAnswer = {.path = folder.file("a.svg")};
+    trigger("savePicture");
+    EXPECT_NE(folder.read("a.svg").find("#808080"), std::string::npos);
+    trigger("removeSecond");
+    key(Qt::Key_L);
+    key(Qt::Key_Home);
+    QApplication::processEvents();
+    EXPECT_FALSE(form2->secondStatus->isVisible());
+    EXPECT_EQ(form2->plotArea->grab().toImage(), alone);
+}
+
+TEST_F(SecondSpectrum, ChangesPlacesWithAllThatBelongsToIt) {
+    openSecond(background);
+    key(Qt::Key_PageUp);
+    const auto shown = std::pair(module->view.viewStartCh, module->view.viewEndCh);
+    module->notice.add("of the first");
+    module->spectrum.calCurrent.a = 5;
+    trigger("swapSpectra");
+    EXPECT_TRUE(caption().starts_with(background));
+    EXPECT_EQ(module->spectrum.channelCount, 8192);
+    EXPECT_EQ(module->comparison.onFirst.counts.size(), 8192U);
+    EXPECT_TRUE(module->notice.lines.empty());
+    EXPECT_EQ(module->comparison.second->spectrum.calCurrent.a, 5);
+    key(Qt::Key_F6);
+    EXPECT_EQ(module->notice.text(), "of the first");
+    EXPECT_EQ(std::pair(module->view.viewStartCh, module->view.viewEndCh), shown);
+    before.calCurrent.a = 5;
+    before.fileLeftOpen = module->spectrum.fileLeftOpen;
+    EXPECT_EQ(module->spectrum, before);
+    EXPECT_EQ(module->comparison.second->spectrum.filePath, background);
+}
+
+// A next file, another calibration and a file that cannot be read.
+TEST_F(SecondSpectrum, FollowsTheFirstAndStaysWhatItWas) {
+    openSecond(background);
+    const auto second = module->comparison.second;
+    for (const std::string& bad : {folder.write("junk.n42", "<xml"), folder.write("a.chn", "x")}) {
+        openSecond(bad);
+        EXPECT_EQ(module->comparison.second, second) << bad;
+        EXPECT_EQ(module->spectrum, before) << bad;
+    }
+    EXPECT_EQ(dialogs.messages.size(), 2U);
+    openSample("eu152-co60-cs137-1024.chn");
+    EXPECT_EQ(module->comparison.second, second);
+    EXPECT_EQ(module->comparison.onFirst.counts.size(), 1024U);
+}
+
 }  // namespace
 }  // namespace kestrel
