@@ -176,6 +176,10 @@ void Walk::click(QWidget& widget) {
 }
 
 void Walk::pressPlotKey() {
+    // With another window in front, the letters of its controls would come before those of the
+    // plot.
+    form2_->activateWindow();
+    settle();
     const PlotKey& key = random_.pick(plotKeys);
     effects_ = key.effects;
     const bool sign = key.key == Qt::Key_Less || key.key == Qt::Key_Greater;
