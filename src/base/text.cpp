@@ -76,7 +76,7 @@ std::string tableField(std::string_view text) {
 }
 
 std::string csvField(std::string_view text) {
-    const std::string field = tableField(text);
+    std::string field = tableField(text);
     if (field.find_first_of(",;\"") == std::string::npos)
         return field;
     std::string quoted = "\"";

@@ -27,9 +27,8 @@ std::string formatOf(const std::vector<PeakColumn>& columns) {
 }
 
 std::vector<std::string_view> explanationsOf(const std::vector<PeakColumn>& columns) {
-    std::vector<std::string_view> texts;
-    for (const PeakColumn& column : columns)
-        texts.push_back(column.explanation);
+    std::vector<std::string_view> texts(columns.size());
+    std::ranges::transform(columns, texts.begin(), &PeakColumn::explanation);
     return texts;
 }
 
