@@ -272,6 +272,7 @@ void Walk::actOn(QWidget& window) {
     dialogs_.wrote = dialogs_.wrote || window.objectName() == QLatin1String("Form11");
     if (QWidget* popup = QApplication::activePopupWidget()) {
         press(*popup, random_.pick(windowKeys));
+        effects_ |= MovesCursor;  // it may be a menu of the main window
         popup->close();
         return;
     }
@@ -286,8 +287,6 @@ void Walk::actOn(QWidget& window) {
             field->insert(toWindow(text));
     } else if (auto* button = kind < 9 ? anyReachable<QPushButton>(window, random_) : nullptr) {
         journal_.note("  press " + button->text().toStdString());
-        if (button->objectName() == QLatin1String("restore"))
-            countsBefore_ = module_->notice.before->spectrum.counts;
         QTest::mouseClick(button, Qt::LeftButton);
     } else if (auto* child = kind < 13 ? anyReachable<QWidget>(window, random_) : nullptr) {
         click(*child);

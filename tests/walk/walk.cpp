@@ -24,6 +24,10 @@ bool Walk::step() {
     captionBefore_ = form2_->windowTitle();
     if (opened_)
         countsBefore_ = module_->spectrum.counts;
+    pathBefore_ = module_->spectrum.filePath;
+    restorable_.reset();
+    if (module_->notice.before)
+        restorable_ = module_->notice.before->spectrum.counts;
     regionsBefore_ = module_->peakArea.fields.bounds.shown;
     inputsBefore_ = dialogs_.inputs;
     dialogs_.forget();
@@ -35,6 +39,9 @@ bool Walk::step() {
         journal_.note("  message: " + message);
     faulted_ = told(faultStart);
     cutShort_ = faulted_ || told("File does not read.");
+    // By a key, an item of a menu or a button.
+    leafed_ = leafed_ || (dialogs_.opened.empty() &&
+                          (module_->spectrum.filePath != pathBefore_ || isRestored()));
     opened_ = leafed_ || !dialogs_.opened.empty();
     return form2_->isVisible() ? holds() : leftProperly();
 }
@@ -50,6 +57,11 @@ bool Walk::require(bool condition, const char* what) {
     journal_.note(values);
     journal_.tell(what);
     return false;
+}
+
+bool Walk::isRestored() const {
+    return restorable_ && !module_->notice.before &&
+           std::ranges::equal(module_->spectrum.counts, *restorable_);
 }
 
 bool Walk::told(std::string_view start) const {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -69,6 +70,7 @@ class Walk : public QObject {
     bool leftProperly();
     bool require(bool condition, const char* what);
     bool told(std::string_view start) const;
+    bool isRestored() const;
     bool promised(unsigned effect) const { return (effects_ & effect) != 0; }
 
     Random random_;
@@ -87,7 +89,8 @@ class Walk : public QObject {
     bool faulted_ = false;
     bool cutShort_ = false;
     bool opened_ = false;
-    bool leafed_ = false;  // to another file of the folder, which no dialog tells
+    bool leafed_ =
+        false;  // to another file of the folder or back to the last, which no dialog tells
 
     // Before the step.
     ViewState viewBefore_;
@@ -95,6 +98,8 @@ class Walk : public QObject {
     int inputsBefore_ = 0;
     bool regionsBefore_ = false;
     ChannelArray<std::int32_t> countsBefore_;
+    std::string pathBefore_;
+    std::optional<ChannelArray<std::int32_t>> restorable_;
 };
 
 }  // namespace kestrel::walk
