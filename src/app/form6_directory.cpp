@@ -90,8 +90,9 @@ void Form6::fillDrives() {
 }
 
 void Form6::showStartFolder() {
-    setFolder(pathText(startDirectory(directories_)));
-    chosenFolder->setText(folder_);
+    // The field has it as it is set, also where it is gone; the lists stand on what is left of it.
+    chosenFolder->setText(pathText(startDirectory(directories_)));
+    setFolder(chosenFolder->text());
     // The innermost drive that the start folder lies on.
     int drive = 0;
     for (int i = 0; i < volumes->count(); ++i) {

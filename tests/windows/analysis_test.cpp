@@ -92,7 +92,7 @@ TEST_F(Analysis, GoesFromACalibrationToAFileOfFivePeaksAndOnToTheNextSpectrum) {
         with<Form6>([this](Form6& chooser) {
             EXPECT_EQ(chooser.windowTitle(), "Output file Dir");
             EXPECT_EQ(chooser.prompt->text(), "Save as...eu152-co60-cs137-4096.pkm");
-            EXPECT_EQ(chooser.chosenFolder->text(), "/");
+            EXPECT_EQ(chooser.chosenFolder->text(), "/gone for good");
             chooser.chosenFolder->setText(QString::fromStdString(folder.path()));
             QTest::keyClick(chooser.chosenFolder, Qt::Key_Return);
         });
@@ -338,7 +338,8 @@ TEST_F(Analysis, WalksThroughDrivesAndFolders) {
     EXPECT_EQ(form.windowTitle(), "Optn...Marigold Dir");
     EXPECT_EQ(form.prompt->text(), "Marigold Dir");
     const QString start = QString::fromStdString(folder.path());
-    EXPECT_EQ(form.chosenFolder->text(), start);
+    EXPECT_EQ(form.chosenFolder->text(), start + "/gone/deeper");
+    EXPECT_EQ(form.folders->currentItem()->data(Qt::UserRole), start);
     EXPECT_EQ(form.volumes->itemText(0), "/");
     EXPECT_GE(form.volumes->findText(QDir::homePath()), 0);
     const auto enter = [&form](const QString& path) {
