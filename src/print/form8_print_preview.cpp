@@ -86,7 +86,8 @@ void Form8::drawPreview() {
 
 // As large as the window has room for it, in the middle.
 QRectF Form8::paperRect() const {
-    const int top = noticeLine_->isVisible() ? noticeLine_->geometry().bottom() : menu_->height();
+    const int top =
+        noticeLine_->isVisible() ? noticeLine_->geometry().bottom() + 1 : menu_->height();
     const QRectF room =
         contentsRect().adjusted(0, top, 0, 0).adjusted(margin, margin, -margin, -margin);
     const QSizeF size =

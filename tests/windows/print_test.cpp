@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <QImage>
+#include <QLabel>
 #include <QPrinter>
 #include <QProcess>
 #include <QTimer>
@@ -11,6 +12,7 @@
 #include "base/runtime_fault.h"
 #include "print/form8_print_preview.h"
 #include "recording_job.h"
+#include "ui/notice_line.h"
 #include "ui/painter_canvas.h"
 #include "ui/print_job.h"
 #include "window_fixture.h"
@@ -93,6 +95,13 @@ class Printing : public test::WindowTest {
     int previews = 0;
 };
 
+// Whether the line stands in the window with that text, and nothing of it behind something else.
+bool saysAbove(const QWidget& window, const char* text) {
+    const auto* line = window.findChild<NoticeLine*>();
+    return line->isVisible() && line->findChild<QLabel*>()->text() == text &&
+           window.childAt(line->geometry().center())->parentWidget() == line;
+}
+
 TEST_F(Printing, ASpectrumBecomesAPdfOfModestSizeWithItsTexts) {
     openSample("eu152-co60-cs137-16384.chn");
     module->spectrum.comment.assign(
@@ -118,7 +127,9 @@ TEST_F(Printing, ThePreviewShowsThePaperThatWasChosenLast) {
     openSample("eu152-co60-cs137-1024.chn");
     printer.setPageOrientation(QPageLayout::Landscape);
     intoPdf();
+    module->notice.add("the file ends before its counts");
     inPreview([](Form8& form8) {
+        EXPECT_TRUE(saysAbove(form8, "the file ends before its counts"));
         EXPECT_LT(form8.sheet().width(), form8.sheet().height());
         const QImage before = form8.sheet();
         form8.printAction->trigger();
@@ -247,8 +258,10 @@ TEST_F(Printing, ResultsArePrintedFromTheirWindow) {
     }
     const ResultSource source{module->spectrum,   settings.peakSets, settings.peakSetCount,
                               settings.saveAsDir, module->notice,    dialogs};
+    module->notice.add("what is shown mixes two spectra");
     Form11 form11(source, {}, settings.windowPlacement[11], form2.get());
     form11.show();
+    EXPECT_TRUE(saysAbove(form11, "what is shown mixes two spectra"));
     QTest::mouseClick(form11.printButton, Qt::LeftButton);
     EXPECT_TRUE(form11.isVisible()) << "cancelled";
     EXPECT_FALSE(folder.has("out.pdf"));
@@ -262,6 +275,7 @@ TEST_F(Printing, ResultsArePrintedFromTheirWindow) {
         from = whole.find(line, from);
         ASSERT_NE(from, std::string::npos) << line;
     }
+    EXPECT_EQ(whole.find("mixes"), std::string::npos) << "on the screen only";
     form11.resultLines->item(3)->setSelected(true);
     QTest::mouseClick(form11.printButton, Qt::LeftButton);
     EXPECT_THAT(text(), AllOf(HasSubstr("Kestrel PKarea cal"), HasSubstr(" 4 130.0"),
