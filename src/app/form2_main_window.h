@@ -156,6 +156,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void switchDifference();
     bool showsDifference() const;
     void removeSecond();
+    bool canMeasure() const;
     bool hasSecond() const;
     template <CompareScale scale>
     void scaleSecond() {

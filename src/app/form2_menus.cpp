@@ -56,7 +56,8 @@ std::span<const Form2::Action> Form2::actions() {
                "Open the previous spectrum of the folder in the same view", &F::openPreviousFile},
         Action{"file", "savePicture", "Save P&icture...", "", "",
                "Save the plot as a PNG, SVG or PDF file", &F::savePicture},
-        Action{"", "pkarea", "&pkArea", "", "", "Measure peak areas", &F::showPeakArea},
+        Action{"", "pkarea", "&pkArea", "", "", "Measure peak areas", &F::showPeakArea, nullptr,
+               &F::canMeasure},
         Action{"", "jump", "&Jump"},
         Action{"jump", "jump_ch", "&Ch", "F1, A", "", "Move the cursor to a channel",
                &F::jumpToChannel},
@@ -289,8 +290,12 @@ void Form2::showPeakArea() {
 }
 
 // Without a live time there is nothing to measure, and no spectrum loaded as a rule.
+bool Form2::canMeasure() const {
+    return module_.spectrum.liveTime.wholeSeconds() != 0;
+}
+
 void Form2::showPeakAreaSet(std::int16_t set) {
-    if (module_.spectrum.liveTime.wholeSeconds() == 0)
+    if (!canMeasure())
         return;
     form7_ = std::make_unique<Form7>(
         peakAreaWork(), module_.settings.windowPlacement[peakAreaPlacement],

@@ -79,6 +79,9 @@ TEST_F(Area, EndsInTheFaultThatFits) {
     EXPECT_FAULT(measure(none), Fault::DivisionByZero);
     spectrum->counts[20] = 2147483647;
     EXPECT_FAULT(measure(even), Fault::Overflow);
+    beyond = even;
+    beyond.bkg2High = 17001;
+    EXPECT_FAULT(measure(beyond), Fault::SubscriptOutOfRange) << "before any sum";
     spectrum->counts.fill(-1);
     EXPECT_FAULT(measure(even), Fault::InvalidCall);
     spectrum->counts.fill(1);

@@ -65,6 +65,7 @@ TEST_F(MainWindow, StartsWithTheBaseCaptionAndABlankSpectrum) {
     EXPECT_EQ(form2->countAxisButton->text(), "Lin");
     EXPECT_FALSE(form2->lowerScaleButton->isVisible());
     EXPECT_TRUE(form2->plotArea->hasFocus());
+    EXPECT_FALSE(form2->findChild<QAction*>(QStringLiteral("pkarea"))->isEnabled());
     // The tick of the last channel stands in the last column of dots.
     const QImage& picture = form2->picture();
     const auto& canvas = static_cast<const PainterCanvas&>(form2->plotArea->canvas());
@@ -232,6 +233,7 @@ TEST_F(MainWindow, SaysWhatARefusedFileLeftAndBringsTheSpectrumBack) {
     auto* restore = notice->findChild<QPushButton*>(QStringLiteral("restore"));
     EXPECT_FALSE(notice->isVisible());
     const ViewState before = module->view;
+    const QImage picture = form2->picture();
     form2->openSpectrumPath(folder.write("junk.chn", std::string(2000, 'n')));
     EXPECT_TRUE(notice->isVisible() && restore->isVisible());
     EXPECT_TRUE(text->text().startsWith("Reading junk.chn failed half-way"))
@@ -239,6 +241,8 @@ TEST_F(MainWindow, SaysWhatARefusedFileLeftAndBringsTheSpectrumBack) {
     EXPECT_EQ(notice->accessibleName(), text->text());
     restore->click();
     EXPECT_FALSE(notice->isVisible());
+    QApplication::processEvents();
+    EXPECT_EQ(form2->picture(), picture);
     EXPECT_EQ(module->spectrum.channelCount, 4096);
     EXPECT_EQ(module->view.viewWidth, before.viewWidth);
     EXPECT_EQ(module->view.cursorCh, before.cursorCh);

@@ -163,6 +163,7 @@ TEST_F(TextReaders, ReadDatesAsFarAsTheyMakeSense) {
           Case{canberra35, " 6 NOV 69", " 6NOV691", "000000"},
           Case{canberra35, " 6 NOV 70", " 6NOV70", "000000"},
           Case{canberra35, " 6 NOV 98   9: 5", " 6NOV98", "090500"},
+          Case{canberra35, " 6          9: 5", "", "090500"},
           Case{canberra35, "", "", "000000"}}) {
         spectrum.startDate.assign("01JAN001");
         ASSERT_TRUE(readChanged(c.form, c.form.start, c.line)) << c.line;
