@@ -9,6 +9,7 @@
 
 #include "analysis/gaussian_fit.h"
 #include "analysis/peak_regions.h"
+#include "base/runtime_fault.h"
 #include "spectrum/peak_measure.h"
 #include "spectrum/peak_search.h"
 
@@ -105,6 +106,7 @@ class Measurement {
     void keepMark(std::size_t peak);
     bool hasOwnWidth(std::size_t peak) const { return widths_[peak].fwhm > 0; }
     WidthCurve ownWidths() const;
+    NetCounts areaOf(const MeasuredTogether& together) const;
     void record(const MeasuredTogether& together, int group, std::vector<PeakRecord>& peaks) const;
 
     const Spectrum& spectrum_;
@@ -183,9 +185,18 @@ void Measurement::fitRest(const MeasuredTogether& together) {
             keepMark(i);
 }
 
+// Sums beyond 32 bits and negative counts have no area.
+NetCounts Measurement::areaOf(const MeasuredTogether& together) const {
+    try {
+        return netCounts(spectrum_, together.regions);
+    } catch (const RuntimeFault&) {
+        return {};
+    }
+}
+
 void Measurement::record(const MeasuredTogether& together, int group,
                          std::vector<PeakRecord>& peaks) const {
-    const NetCounts counts = netCounts(spectrum_, together.regions);
+    const NetCounts counts = areaOf(together);
     const double threshold = quantile * double{counts.emptyError};
     PeakRecord peak{.regions = together.regions,
                     .gross = counts.gross,

@@ -19,6 +19,7 @@ struct PeakRecord {
     double fwhm = 0;
     double fwhmError = 0;  // 0: the width is that of the curve, not of the peak itself
     // Of the regions. Peaks of a group have them in common, and everything up to detectionLimit.
+    // Gross, net and netError are 0 where netCounts ends in a fault.
     PeakRegions regions;
     double gross = 0;
     double net = 0;
@@ -46,7 +47,7 @@ inline constexpr double quantile = 1.645;
 // their net area and its error those of net_area.h. Decision threshold k u(0) and detection limit
 // k^2 + 2 k u(0) with k = `quantile` are those of L. A. Currie, Anal. Chem. 40 (1968) 586, and of
 // ISO 11929-1 for equal probabilities of both errors; u(0) is the error of the net area when it is
-// nothing. Faults: those of netCounts.
+// nothing.
 PeakMeasures measurePeaks(const Spectrum& spectrum, const DerivedArrays& derived);
 
 }  // namespace kestrel

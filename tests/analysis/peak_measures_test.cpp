@@ -119,6 +119,12 @@ TEST(MeasuredPeaks, AreNoneInAnEmptySpectrumAndKeepTheirBoundsAtItsEnds) {
         EXPECT_TRUE(inOrder(peak.regions)) << peak.channel;
         EXPECT_LT(peak.regions.bkg2High, 4096);
     }
+    for (const std::int32_t count : {-1'000'000, 2'147'483'647}) {
+        ends.spectrum->counts.fill(count);
+        const std::vector<PeakRecord> peaks = ends.measured();
+        EXPECT_EQ(peaks.size(), 3U) << count;
+        EXPECT_EQ(peaks.back().net, 0) << "no sum of such counts has an area";
+    }
 }
 
 }  // namespace
