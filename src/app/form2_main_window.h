@@ -149,6 +149,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void showPointer(double x);
     void plotPressed(int button, int shift, double x, double y);
 
+    PeaksContext peaksContext();
     void showPeaks();
 
     void openSecondFile();

@@ -1,18 +1,33 @@
 // The peaks window of the main window.
 
-#include <algorithm>
-
 #include "app/form2_main_window.h"
 
 namespace kestrel {
 
+// The filters of the energy list while it is open, or those that it opens with.
+PeaksContext Form2::peaksContext() {
+    return {.spectrum = module_.spectrum,
+            .derived = module_.derived,
+            .cursorCh = module_.view.cursorCh,
+            .palette = module_.palette,
+            .placement = module_.preferences.peaksWindow,
+            .lastDirectory = module_.settings.lastDirectory,
+            .marigoldDir = module_.settings.marigoldDir,
+            .database = module_.database,
+            .dialogs = dialogs_,
+            .windows = *this,
+            .filters = [this] { return form9_ ? form9_->entries() : EnergyEntries(); },
+            .moveCursor = [this](int channel) { view_.jumpTo(channel); },
+            .showNuclide =
+                [this](const std::string& key) {
+                    selectNuclide(key);
+                    showNuclideData();
+                }};
+}
+
 void Form2::showPeaks() {
     if (!peaks_)
-        peaks_ = new PeaksWindow(
-            {module_.spectrum, module_.derived, module_.view.cursorCh, module_.palette,
-             module_.preferences.peaksWindow, module_.settings.lastDirectory, dialogs_, *this,
-             [this](int channel) { view_.jumpTo(channel); }},
-            this);
+        peaks_ = new PeaksWindow(peaksContext(), this);
     peaks_->show();
     peaks_->raise();
     peaks_->activateWindow();

@@ -14,6 +14,7 @@ namespace {
 constexpr double strongShare = 0.1;
 constexpr double leastScore = 0.4;
 constexpr double leastExplained = 0.1;
+constexpr double leastShare = 0.1;  // of the counts of a peak
 constexpr std::size_t mostCandidates = 100;
 // The efficiency of a detector differs from the coarse shape by up to this factor.
 constexpr double efficiencyDoubt = 2.0;
@@ -104,8 +105,10 @@ void addShares(Candidate& candidate) {
 
 std::optional<Candidate> judge(const GammaNuclide& nuclide, std::span<const MeasuredPeak> peaks,
                                const EnergyRange& range) {
-    Candidate candidate{
-        .nuclide = nuclide.key, .halfLife = nuclide.halfLife, .lines = strongLines(nuclide, range)};
+    Candidate candidate{.nuclide = nuclide.key,
+                        .halfLife = nuclide.halfLife,
+                        .seconds = double{nuclide.seconds},
+                        .lines = strongLines(nuclide, range)};
     for (CandidateLine& line : candidate.lines)
         line.peak = peakAt(peaks, double{line.line.energy});
     candidate.activity = highestActivity(candidate.lines, peaks);
@@ -148,9 +151,10 @@ double explainedBy(const Candidate& candidate, std::span<const MeasuredPeak> pea
     return candidate.score() * candidate.score() * sum;
 }
 
-// Also its weak lines explain peaks, once a nuclide is there.
-void closePeaks(const Candidate& candidate, const GammaNuclide& nuclide,
-                std::span<const MeasuredPeak> peaks, std::vector<double>& open) {
+// Also its weak lines explain peaks, once a nuclide is there. `place` is its own in the list.
+void closePeaks(const Candidate& candidate, const GammaNuclide& nuclide, std::size_t place,
+                std::span<const MeasuredPeak> peaks, std::vector<double>& open,
+                CandidateList& list) {
     for (const GammaLine& line : nuclide.lines) {
         const double energy = double{line.energy};
         const auto peak = peakAt(peaks, energy);
@@ -158,7 +162,11 @@ void closePeaks(const Candidate& candidate, const GammaNuclide& nuclide,
             continue;
         const CandidateLine weighed{
             .line = line, .weight = double{line.intensity} * efficiencyShape(energy), .peak = peak};
-        open[*peak] = std::max(0.0, open[*peak] - shareOf(candidate, weighed, peaks[*peak]));
+        const double share = shareOf(candidate, weighed, peaks[*peak]);
+        open[*peak] = std::max(0.0, open[*peak] - share);
+        std::vector<std::size_t>& told = list.candidatesOfPeak[*peak];
+        if (share >= leastShare && (told.empty() || told.back() != place))
+            told.push_back(place);
     }
 }
 
@@ -193,19 +201,17 @@ void rankAll(std::vector<Judged>& judged, std::span<const MeasuredPeak> peaks,
 }
 
 // Time and again the one that explains most of what is still open.
-std::vector<Candidate> inOrder(std::vector<Judged> judged, std::span<const MeasuredPeak> peaks,
-                               std::vector<double>& open) {
-    std::vector<Candidate> order;
-    while (!judged.empty() && order.size() < mostCandidates) {
+void putInOrder(std::vector<Judged> judged, std::span<const MeasuredPeak> peaks,
+                std::vector<double>& open, CandidateList& list) {
+    while (!judged.empty() && list.candidates.size() < mostCandidates) {
         rankAll(judged, peaks, open);
         const auto best = std::ranges::max_element(judged, {}, &Judged::rank);
         if (best->candidate.explained < leastExplained)
             break;
-        closePeaks(best->candidate, *best->nuclide, peaks, open);
-        order.push_back(std::move(best->candidate));
+        closePeaks(best->candidate, *best->nuclide, list.candidates.size(), peaks, open, list);
+        list.candidates.push_back(std::move(best->candidate));
         judged.erase(best);
     }
-    return order;
 }
 
 // What tells a place of the peaks from another: annihilation, and nuclides with two lines or more.
@@ -238,8 +244,9 @@ CandidateList candidatesAt(std::span<const GammaNuclide> library,
     closeAnnihilation(moved, open);
     CandidateList list;
     list.shift = shift;
-    list.candidates =
-        inOrder(judgeAll(library, moved, {std::max(range.low, first), range.high}), moved, open);
+    list.candidatesOfPeak.resize(moved.size());
+    putInOrder(judgeAll(library, moved, {std::max(range.low, first), range.high}), moved, open,
+               list);
     list.origins = findOrigins(moved, open);
     return list;
 }

@@ -32,6 +32,7 @@ struct CandidateLine {
 struct Candidate {
     std::string nuclide;
     std::string halfLife;
+    double seconds = 0;       // the same
     double foundShare = 0;    // of the weight of the strong lines
     double missingShare = 0;  // the same
     double activity = 0;      // counts per weight
@@ -46,6 +47,9 @@ struct Candidate {
 struct CandidateList {
     std::vector<Candidate> candidates;  // the one that explains most first
     std::vector<OriginOfPeak> origins;  // of each peak
+    // Of each peak, the places of the candidates with a line, strong or weak, that explains at
+    // least a tenth of its counts.
+    std::vector<std::vector<std::size_t>> candidatesOfPeak;
     // keV that were added to the energies of the peaks, because the common nuclides explain far
     // more of them there: the calibration is off by as much.
     double shift = 0;

@@ -15,6 +15,7 @@ struct EnergyEntries {
                                         "238", "1",     "110", "",     "3"};
     int decayClass = 0;      // 0: all
     int radiationClass = 0;  // 0: gamma rays
+    friend bool operator==(const EnergyEntries&, const EnergyEntries&) = default;
 };
 inline constexpr std::size_t halfWidthEntry = 9;
 

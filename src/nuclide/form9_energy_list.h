@@ -38,6 +38,9 @@ class Form9 : public QWidget {
   public:
     Form9(EnergyListContext context, QWidget* parent);
 
+    // What stands on the page "Gate".
+    EnergyEntries entries() const;
+
     QTabWidget* const tabs;
     Grid* const lineGrid;
     QLineEdit* const databaseDate;
@@ -68,7 +71,6 @@ class Form9 : public QWidget {
     void findNuclide(int rowsOn);
     void refreshList();
     void resetGate();
-    EnergyEntries entries() const;
     void showList();
 
     QLabel* const cursorEnergy_;

@@ -1,4 +1,4 @@
-// PeaksWindow: the list of all peaks of the spectrum.
+// PeaksWindow: the list of all peaks of the spectrum, and the nuclides that could explain them.
 #pragma once
 
 #include <functional>
@@ -13,6 +13,7 @@
 #include "base/palette.h"
 #include "base/window_placement.h"
 #include "nuclide/nuclide_windows.h"
+#include "peaks/peak_candidates.h"
 #include "peaks/peak_list.h"
 #include "ui/grid.h"
 
@@ -26,9 +27,13 @@ struct PeaksContext {
     const Palette& palette;
     WindowPlacement& placement;
     std::string& lastDirectory;
+    const std::string& marigoldDir;
+    NuclideDatabase& database;
     Dialogs& dialogs;
     NuclideWindows& windows;
+    std::function<EnergyEntries()> filters;  // that candidates must pass
     std::function<void(int channel)> moveCursor;
+    std::function<void(const std::string& key)> showNuclide;
 };
 
 class PeaksWindow : public QWidget {
@@ -38,33 +43,52 @@ class PeaksWindow : public QWidget {
     PeaksWindow(PeaksContext context, QWidget* parent);
 
     // To be called when the plot has been drawn: lists the peaks of another spectrum, or with
-    // another calibration, once the drawing is over.
+    // another calibration or other filters, once the drawing is over.
     void follow();
 
     Grid* const peakGrid;
+    Grid* const candidateGrid;
+    Grid* const lineGrid;   // of the current candidate
     QLabel* const details;  // of the current peak
     QLabel* const remark;   // what holds for all
     QPushButton* const saveButton;
 
   protected:
+    void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
+    // What the list is made from.
+    struct Basis {
+        Spectrum spectrum;
+        EnergyEntries filters;
+        std::string marigoldDir;
+    };
+
     void placeControls();
+    QLayout* belowGrids();
     void connectControls();
+    bool isUpToDate() const;
     void listPeaks();
+    std::string findCandidates();
     void goToCursor();
     const ListedPeak* currentPeak() const;
-    void showDetails();
-    void pickRow(int row);
+    const Candidate* currentCandidate() const;
+    void showPeak();
+    void showLines();
+    void pickPeak(int row);
+    void pickLine(int row);
     void gridKeyDown(int keyCode);
+    void showNuclide();
     void save();
 
     PeaksContext context_;
-    std::unique_ptr<Spectrum> listed_;  // that the list is of
+    std::unique_ptr<Basis> basis_;
     PeakList list_;
+    CandidateLibrary library_;
+    PeakCandidates found_;
 };
 
 }  // namespace kestrel

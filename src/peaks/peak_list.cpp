@@ -30,6 +30,10 @@ std::string rateText(const ListedPeak& peak) {
                   patterns.at(static_cast<std::size_t>(std::clamp(digits + 2, 0.0, 6.0))));
 }
 
+std::string netText(const ListedPeak& peak) {
+    return peak.netError > 0 ? textOf(peak.net, "0") : std::string();
+}
+
 std::string relativeErrorText(const ListedPeak& peak) {
     return peak.net > 0 ? textOf(100 * peak.netError / peak.net, "0.0") : std::string();
 }
@@ -87,11 +91,13 @@ PeakList listPeaks(const Spectrum& spectrum, const DerivedArrays& derived) {
         ListedPeak& peak = list.peaks.emplace_back();
         peak.measured = measured;
         setNet(peak);
-        if (seconds > 0)
+        if (seconds > 0 && peak.netError > 0)
             peak.rate = peak.net / seconds;
         if (calibration)
             setEnergies(peak, *calibration);
     }
+    std::ranges::stable_sort(list.peaks, {},
+                             [](const ListedPeak& peak) { return peak.measured.centroid; });
     return list;
 }
 
@@ -99,25 +105,27 @@ std::span<const PeakColumn> peakColumns() {
     using P = PeakRecord;
     using R = PeakRegions;
     static constexpr std::array columns = {
-        PeakColumn{">Channel  ", "Channel", "Centroid", measuredText<&P::centroid>},
+        PeakColumn{">Channel ", "Channel", "Centroid", measuredText<&P::centroid>},
         PeakColumn{"", "Channel error", "", measuredText<&P::centroidError>},
-        PeakColumn{">  Energy ", "Energy (keV)", "Energy of the centroid, keV",
+        PeakColumn{">  Energy", "Energy (keV)", "Energy of the centroid, keV",
                    [](const ListedPeak& peak) { return textOf(peak.energy, "0.00"); }},
         PeakColumn{">FWHM(ch)", "FWHM (channels)", "Full width at half maximum, channels",
                    measuredText<&P::fwhm>},
         PeakColumn{">FWHM(keV)", "FWHM (keV)", "Full width at half maximum, keV",
                    [](const ListedPeak& peak) { return textOf(peak.energyFwhm, "0.00"); }},
-        PeakColumn{">      Net", "Net",
-                   "Net counts; of a peak in a group its own share, by the fit",
-                   [](const ListedPeak& peak) { return textOf(peak.net, "0"); }},
+        PeakColumn{">     Net", "Net", "Net counts; of a peak in a group its own share, by the fit",
+                   netText},
         PeakColumn{">Err(%)", "Error (%)", "One standard deviation of the net counts, per cent",
                    relativeErrorText},
-        PeakColumn{">      cps", "Counts per second", "Net counts per second of live time",
+        PeakColumn{">     cps", "Counts per second", "Net counts per second of live time",
                    rateText},
-        PeakColumn{"> Signif.", "Significance", "Net counts, in their standard deviations",
+        PeakColumn{">Signif.", "Significance", "Net counts, in their standard deviations",
                    significanceText},
         PeakColumn{">Group", "Group", "Peaks of one number overlap and are measured together",
                    groupText},
+        PeakColumn{"<Candidate       ", "Candidate",
+                   "Nuclides that could explain the peak, or what else it could be; never a claim",
+                   [](const ListedPeak& peak) { return peak.candidates; }},
         PeakColumn{"", "Gross of the regions", "", wholeText<&P::gross>},
         PeakColumn{"", "Net of the regions", "", wholeText<&P::net>},
         PeakColumn{"", "Decision threshold", "", wholeText<&P::decisionThreshold>},
@@ -146,7 +154,8 @@ std::string peakDetails(const ListedPeak& peak) {
            channels(r.bkg1Low, r.bkg1High) + " and " + channels(r.bkg2Low, r.bkg2High) +
            (peak.measured.fwhmError > 0 ? "" : "; width of its place") + ". Decision threshold " +
            wholeText<&PeakRecord::decisionThreshold>(peak) + ", detection limit " +
-           wholeText<&PeakRecord::detectionLimit>(peak) + " counts.";
+           wholeText<&PeakRecord::detectionLimit>(peak) + " counts." +
+           (peak.candidates.empty() ? "" : " Candidates: " + peak.candidates + ".");
 }
 
 std::string remarkOn(const PeakList& list) {

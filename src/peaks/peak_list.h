@@ -13,17 +13,18 @@ namespace kestrel {
 
 struct ListedPeak {
     PeakRecord measured;
-    // Of this peak alone: of its regions, or of the fit where it is one of a group.
+    // Of this peak alone: of its regions, or of the fit where it is one of a group. No error where
+    // the fit told nothing.
     double net = 0;
     double netError = 0;
-    std::optional<double> rate;        // counts per second; none without a live time
+    std::optional<double> rate;        // counts per second; none without that or a live time
     std::optional<double> energy;      // keV; none without a calibration
     std::optional<double> energyFwhm;  // keV; likewise
     std::string candidates;            // that could explain it
 };
 
 struct PeakList {
-    std::vector<ListedPeak> peaks;  // ascending by their marks
+    std::vector<ListedPeak> peaks;  // ascending by their centroids
     bool calibrated = false;
 };
 

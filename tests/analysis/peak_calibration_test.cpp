@@ -7,8 +7,9 @@
 
 #include "analysis/calibration_file.h"
 #include "analysis/calibration_source.h"
+#include "analysis/peak_measures.h"
 #include "base/runtime_fault.h"
-#include "rough_peaks.h"
+#include "opened_file.h"
 #include "spectrum/efficiency_shape.h"
 #include "temp_folder.h"
 
@@ -100,11 +101,10 @@ TEST(CalibrationFile, IsReadBackWholeOrNotAtAll) {
 }
 
 std::vector<PeakOfSource> peaksOf(const char* sample) {
-    const auto spectrum = test::openedSpectrum(KESTREL_SAMPLES "/" + std::string(sample));
-    const test::RoughPeaks rough = test::roughPeaks(*spectrum);
+    const auto file = test::openedFile(KESTREL_SAMPLES "/" + std::string(sample));
     std::vector<PeakOfSource> peaks;
-    for (std::size_t i = 0; i < rough.peaks.size(); ++i)
-        peaks.push_back({rough.channels[i], 0.1, rough.peaks[i].net});
+    for (const PeakRecord& peak : measurePeaks(file->spectrum, file->derived).peaks)
+        peaks.push_back({peak.centroid, peak.centroidError, peak.area});
     return peaks;
 }
 

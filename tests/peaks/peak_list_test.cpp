@@ -36,7 +36,7 @@ TEST(PeakColumns, HaveNoTextWhereThereIsNothingToTell) {
     EXPECT_THAT(row(), testing::StartsWith("100.25|50.13|4.00|2.00|1000|5.0|0.001235|20.0||"));
     peak.net = peak.netError = 0;
     peak.rate = std::nullopt;
-    EXPECT_THAT(row(), testing::StartsWith("100.25|50.13|4.00|2.00|0|||||"));
+    EXPECT_THAT(row(), testing::StartsWith("100.25|50.13|4.00|2.00||||||"));
     for (const auto& [rate, text] : {std::pair{123456.7, "123457"},
                                      {99.994, "99.99"},
                                      {-0.5, "-0.5000"},

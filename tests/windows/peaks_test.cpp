@@ -3,6 +3,7 @@
 
 #include <QClipboard>
 
+#include "nuclide_fixture.h"
 #include "window_fixture.h"
 
 namespace kestrel {
@@ -11,6 +12,8 @@ namespace {
 class PeaksWindowTest : public test::WindowTest {
   protected:
     PeaksWindowTest() {
+        module->database = test::nuclideDatabase();
+        module->settings.marigoldDir = KESTREL_NUCLIDE_DATA;
         start();
         openSample();
         QTest::keyClick(form2.get(), Qt::Key_F8);
@@ -45,6 +48,41 @@ TEST_F(PeaksWindowTest, ListsThePeaksAndMovesTheCursorToThem) {
     QTest::keyClick(&grid(), Qt::Key_X);
     settle();
     EXPECT_TRUE(form2->isActiveWindow());
+}
+
+TEST_F(PeaksWindowTest, TellsTheCandidatesOfAPeakAndWhy) {
+    Grid& candidates = *peaks()->candidateGrid;
+    Grid& lines = *peaks()->lineGrid;
+    EXPECT_EQ(candidates.text(1, 1), "Eu-152g");
+    const int row = rowOf("1332.");
+    EXPECT_EQ(grid().text(row, 10), "Co- 60g");
+    grid().goTo(row, 1, 1);
+    EXPECT_EQ(candidates.text(candidates.currentRow(), 1), "Co- 60g");
+    EXPECT_EQ(lines.model()->rowCount(), 2);
+    lines.goTo(1, 1, 1);
+    QTest::keyClick(&lines, Qt::Key_Return);
+    EXPECT_NEAR(module->view.cursorCh, grid().text(rowOf("1173."), 1).toDouble(), 1);
+    QTest::keyClick(&candidates, Qt::Key_N);
+    settle();
+    EXPECT_EQ(module->selectedNuclide, "Co- 60g");
+    EXPECT_EQ(form2->findChild<Form12*>()->summary->item(0)->text(), "Nuclide    : Co- 60g");
+
+    form2->activateWindow();
+    key(Qt::Key_E);
+    settle();
+    form2->findChild<Form9*>()->gateFields[2]->setText("2e8");
+    peaks()->activateWindow();
+    settle();
+    EXPECT_EQ(grid().text(row, 10), "") << "the Gate hides what lives for 5 years";
+    EXPECT_EQ(candidates.text(1, 1), "Eu-152g");
+    module->settings.marigoldDir = folder.file("gone");
+    form2->findChild<Form9*>()->close();
+    settle();
+    peaks()->follow();
+    settle();
+    EXPECT_EQ(candidates.model()->rowCount(), 0);
+    EXPECT_TRUE(peaks()->remark->text().contains("No candidates: ")) << "and no message";
+    EXPECT_TRUE(dialogs.messages.empty());
 }
 
 TEST_F(PeaksWindowTest, FollowsSpectrumAndCalibration) {
