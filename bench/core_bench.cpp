@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/peak_measures.h"
+#include "peaks/peak_list.h"
 #include "spectrum/derived_arrays.h"
 #include "spectrum/formats/chn_reader.h"
 #include "spectrum/spectrum.h"
@@ -54,7 +54,7 @@ void deriveArrays(benchmark::State& state) {
 }
 BENCHMARK(deriveArrays)->Arg(1024)->Arg(4096)->Arg(16384);
 
-void measureAllPeaks(benchmark::State& state) {
+void allPeaks(benchmark::State& state) {
     const auto spectrum = std::make_unique<Spectrum>();
     const auto derived = std::make_unique<kestrel::DerivedArrays>();
     kestrel::InputFile file(samplePath(state.range(0)));
@@ -62,11 +62,11 @@ void measureAllPeaks(benchmark::State& state) {
     std::size_t peaks = 0;
     for (auto _ : state) {
         kestrel::computeDerivedArrays(*spectrum, *derived);
-        peaks = kestrel::measurePeaks(*spectrum, *derived).peaks.size();
+        peaks = kestrel::listPeaks(*spectrum, *derived).peaks.size();
     }
     state.counters["peaks"] = static_cast<double>(peaks);
 }
-BENCHMARK(measureAllPeaks)->Arg(1024)->Arg(4096)->Arg(16384);
+BENCHMARK(allPeaks)->Arg(1024)->Arg(4096)->Arg(16384);
 
 }  // namespace
 

@@ -1,5 +1,5 @@
 // The energy list of the nuclide database by the number of its lines, with the plain query of the
-// same rows beside it, and the first use of an Access database.
+// same rows beside it, the first use of an Access database, and the candidates for peaks.
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
@@ -13,6 +13,8 @@
 #include "make_nuclide_data/nuclide_tables.h"
 #include "nuclide/energy_list.h"
 #include "nuclide/queries.h"
+#include "opened_file.h"
+#include "peaks/peak_candidates.h"
 
 namespace {
 
@@ -117,6 +119,27 @@ void firstUseOfJet(benchmark::State& state) {
     }
 }
 BENCHMARK(firstUseOfJet)->Unit(benchmark::kMillisecond);
+
+// Of the bundled database, for the peaks of the sample of 16384 channels.
+void candidates(benchmark::State& state) {
+    const auto file = test::openedFile(KESTREL_SAMPLES "/eu152-co60-cs137-16384.chn");
+    const PeakList list = listPeaks(file->spectrum, file->derived);
+    NuclideDatabase database(KESTREL_JET_READER);
+    CandidateLibrary library;
+    const auto nuclides = library.read(database, KESTREL_NUCLIDE_DATA, {});
+    for ([[maybe_unused]] auto _ : state)
+        benchmark::DoNotOptimize(findPeakCandidates(list, file->spectrum, nuclides));
+    state.counters["nuclides"] = static_cast<double>(nuclides.size());
+}
+BENCHMARK(candidates)->Unit(benchmark::kMillisecond);
+
+void readCandidateLibrary(benchmark::State& state) {
+    for ([[maybe_unused]] auto _ : state) {
+        NuclideDatabase database(KESTREL_JET_READER);
+        benchmark::DoNotOptimize(CandidateLibrary().read(database, KESTREL_NUCLIDE_DATA, {}));
+    }
+}
+BENCHMARK(readCandidateLibrary)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -160,6 +160,8 @@ def nuclides(runs):
     yield time_row("energy list, 100,000 lines, ±3 keV", made, 5e3)
     yield ratio_row("the same beside SQLite alone", made, "plain query", runs["plainQuery/100000"])
     yield ratio_row("energy list, 1,000,000 lines", runs["rebuildMade/1000000"], "100,000 lines", made, 1.5)
+    yield time_row("all peaks of 16384 channels", runs["allPeaks/16384"], 3e3)
+    yield time_row("candidates for them", runs["candidates"], 50e3)
     yield time_row("first use of an Access database, 100,000 lines", runs["firstUseOfJet"], 1e6)
 
 
