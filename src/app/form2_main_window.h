@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -149,6 +150,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void showPointer(double x);
     void plotPressed(int button, int shift, double x, double y);
 
+    std::optional<SecondCounts> secondForPeaks() const;
     PeaksContext peaksContext();
     void showPeaks();
 

@@ -4,6 +4,16 @@
 
 namespace kestrel {
 
+// One that cannot be scaled is drawn as it is, and measured so.
+std::optional<SecondCounts> Form2::secondForPeaks() const {
+    const Comparison& comparison = module_.comparison;
+    if (comparison.second == nullptr)
+        return std::nullopt;
+    const ViewState& view = module_.view;
+    const auto factor = factorOf(comparison, module_.spectrum, view.viewStartCh, view.viewEndCh);
+    return SecondCounts{comparison.onFirst.counts, factor.value_or(1)};
+}
+
 // The filters of the energy list while it is open, or those that it opens with.
 PeaksContext Form2::peaksContext() {
     return {.spectrum = module_.spectrum,
@@ -17,6 +27,7 @@ PeaksContext Form2::peaksContext() {
             .dialogs = dialogs_,
             .windows = *this,
             .filters = [this] { return form9_ ? form9_->entries() : EnergyEntries(); },
+            .second = [this] { return secondForPeaks(); },
             .moveCursor = [this](int channel) { view_.jumpTo(channel); },
             .showNuclide =
                 [this](const std::string& key) {

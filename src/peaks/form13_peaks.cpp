@@ -99,11 +99,9 @@ PeaksWindow::PeaksWindow(PeaksContext context, QWidget* parent)
 }
 
 void PeaksWindow::placeControls() {
-    const std::vector<PeakColumn> columns = shownPeakColumns();
     peakGrid->setObjectName(QStringLiteral("peaks"));
     peakGrid->setAccessibleName(tr("Peaks of the spectrum"));
-    peakGrid->setFormat(formatOf(columns));
-    peakGrid->setToolTips(explanationsOf(columns));
+    showColumns();
     candidateGrid->setObjectName(QStringLiteral("candidates"));
     candidateGrid->setAccessibleName(tr("Candidates"));
     candidateGrid->setFormat(candidateFormat);
@@ -147,6 +145,12 @@ QLayout* PeaksWindow::belowGrids() {
     return row;
 }
 
+void PeaksWindow::showColumns() {
+    const std::vector<PeakColumn> columns = shownPeakColumns(list_.compared);
+    peakGrid->setFormat(formatOf(columns));
+    peakGrid->setToolTips(explanationsOf(columns));
+}
+
 void PeaksWindow::connectControls() {
     connect(peakGrid, &Grid::rowPicked, this, &PeaksWindow::pickPeak);
     connect(lineGrid, &Grid::rowPicked, this, &PeaksWindow::pickLine);
@@ -179,11 +183,18 @@ bool PeaksWindow::isUpToDate() const {
 // Queued: a fault of the measurement is none of the drawing. What has been tried is not tried
 // again.
 void PeaksWindow::follow() {
-    if (!isVisible() || isUpToDate())
+    if (!isVisible())
         return;
-    basis_ =
-        std::make_unique<Basis>(Basis{context_.spectrum, context_.filters(), context_.marigoldDir});
-    QMetaObject::invokeMethod(this, &PeaksWindow::listPeaks, Qt::QueuedConnection);
+    std::optional<SecondCounts> second = context_.second();
+    const bool upToDate = isUpToDate();
+    if (upToDate && second == second_)
+        return;
+    second_ = std::move(second);
+    if (!upToDate)
+        basis_ = std::make_unique<Basis>(
+            Basis{context_.spectrum, context_.filters(), context_.marigoldDir});
+    const auto work = upToDate ? &PeaksWindow::compare : &PeaksWindow::listPeaks;
+    QMetaObject::invokeMethod(this, work, Qt::QueuedConnection);
 }
 
 void PeaksWindow::listPeaks() {
@@ -193,11 +204,26 @@ void PeaksWindow::listPeaks() {
         grid->setRows({});
     list_ = kestrel::listPeaks(context_.spectrum, context_.derived);
     const std::string failure = findCandidates();
-    peakGrid->setRows(gridRows(list_, shownPeakColumns()));
+    showRows();
     candidateGrid->setRows(candidateRows(found_));
     remark->setText(sentences({remarkOn(list_), shiftText(found_), failure}));
     goToCursor();
     showPeak();
+}
+
+// The peaks stay, and the one that is looked at.
+void PeaksWindow::compare() {
+    const int row = peakGrid->currentRow();
+    showRows();
+    goToRow(*peakGrid, row);
+}
+
+void PeaksWindow::showRows() {
+    list_.compared = second_.has_value();
+    if (second_)
+        addSecondAreas(list_, *second_);
+    showColumns();
+    peakGrid->setRows(gridRows(list_, shownPeakColumns(list_.compared)));
 }
 
 // Why there are none; empty where that is no failure.

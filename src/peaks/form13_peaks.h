@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <QLabel>
@@ -15,6 +16,7 @@
 #include "nuclide/nuclide_windows.h"
 #include "peaks/peak_candidates.h"
 #include "peaks/peak_list.h"
+#include "peaks/second_areas.h"
 #include "ui/grid.h"
 
 namespace kestrel {
@@ -32,6 +34,7 @@ struct PeaksContext {
     Dialogs& dialogs;
     NuclideWindows& windows;
     std::function<EnergyEntries()> filters;  // that candidates must pass
+    std::function<std::optional<SecondCounts>()> second;
     std::function<void(int channel)> moveCursor;
     std::function<void(const std::string& key)> showNuclide;
 };
@@ -43,7 +46,7 @@ class PeaksWindow : public QWidget {
     PeaksWindow(PeaksContext context, QWidget* parent);
 
     // To be called when the plot has been drawn: lists the peaks of another spectrum, or with
-    // another calibration or other filters, once the drawing is over.
+    // another calibration, other filters or another second spectrum, once the drawing is over.
     void follow();
 
     Grid* const peakGrid;
@@ -70,9 +73,12 @@ class PeaksWindow : public QWidget {
     void placeControls();
     QLayout* belowGrids();
     void connectControls();
+    void showColumns();
     bool isUpToDate() const;
     void listPeaks();
     std::string findCandidates();
+    void compare();
+    void showRows();
     void goToCursor();
     const ListedPeak* currentPeak() const;
     const Candidate* currentCandidate() const;
@@ -86,6 +92,7 @@ class PeaksWindow : public QWidget {
 
     PeaksContext context_;
     std::unique_ptr<Basis> basis_;
+    std::optional<SecondCounts> second_;  // that it is compared with
     PeakList list_;
     CandidateLibrary library_;
     PeakCandidates found_;

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <iterator>
 
 #include "base/number_text.h"
 #include "spectrum/formats/written_record.h"
@@ -62,6 +61,17 @@ std::string boundText(const ListedPeak& peak) {
     return plainNumber(std::int64_t{peak.measured.regions.*bound});
 }
 
+std::string textOf(const std::optional<WithError>& shown, std::string_view pattern) {
+    return shown ? textOf(shown->value, pattern) + " +- " + textOf(shown->error, pattern)
+                 : std::string();
+}
+
+// Value or error by itself.
+template <auto member, auto part>
+std::string comparedText(const ListedPeak& peak) {
+    return peak.*member ? textOf((*(peak.*member)).*part, "0.0000") : std::string();
+}
+
 // A group whose fit did not end tells no counts of its peaks.
 void setNet(ListedPeak& peak) {
     const PeakRecord& measured = peak.measured;
@@ -101,10 +111,10 @@ PeakList listPeaks(const Spectrum& spectrum, const DerivedArrays& derived) {
     return list;
 }
 
-std::span<const PeakColumn> peakColumns() {
+std::vector<PeakColumn> peakColumns(bool compared) {
     using P = PeakRecord;
     using R = PeakRegions;
-    static constexpr std::array columns = {
+    std::vector<PeakColumn> columns = {
         PeakColumn{">Channel ", "Channel", "Centroid", measuredText<&P::centroid>},
         PeakColumn{"", "Channel error", "", measuredText<&P::centroidError>},
         PeakColumn{">  Energy", "Energy (keV)", "Energy of the centroid, keV",
@@ -133,14 +143,25 @@ std::span<const PeakColumn> peakColumns() {
         PeakColumn{"", "First channel", "", boundText<&R::pkLow>},
         PeakColumn{"", "Last channel", "", boundText<&R::pkHigh>},
     };
+    if (compared)
+        columns.insert(
+            columns.end(),
+            {{">      Second Net", "",
+              "Net counts of the second spectrum in the same regions, scaled",
+              [](const ListedPeak& peak) { return textOf(peak.second, "0"); }},
+             {">            Ratio", "", "Net counts of the regions to those of the second spectrum",
+              [](const ListedPeak& peak) { return textOf(peak.ratio, "0.000"); }},
+             {"", "Second net", "", comparedText<&ListedPeak::second, &WithError::value>},
+             {"", "Second net error", "", comparedText<&ListedPeak::second, &WithError::error>},
+             {"", "Ratio", "", comparedText<&ListedPeak::ratio, &WithError::value>},
+             {"", "Ratio error", "", comparedText<&ListedPeak::ratio, &WithError::error>}});
     return columns;
 }
 
-std::vector<PeakColumn> shownPeakColumns() {
-    std::vector<PeakColumn> shown;
-    std::ranges::copy_if(peakColumns(), std::back_inserter(shown),
-                         [](const PeakColumn& column) { return !column.heading.empty(); });
-    return shown;
+std::vector<PeakColumn> shownPeakColumns(bool compared) {
+    std::vector<PeakColumn> columns = peakColumns(compared);
+    std::erase_if(columns, [](const PeakColumn& column) { return column.heading.empty(); });
+    return columns;
 }
 
 std::string peakDetails(const ListedPeak& peak) {

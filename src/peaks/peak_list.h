@@ -2,7 +2,6 @@
 #pragma once
 
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +9,11 @@
 #include "analysis/peak_measures.h"
 
 namespace kestrel {
+
+struct WithError {
+    double value = 0;
+    double error = 0;  // 1 sigma
+};
 
 struct ListedPeak {
     PeakRecord measured;
@@ -21,11 +25,14 @@ struct ListedPeak {
     std::optional<double> energy;      // keV; none without a calibration
     std::optional<double> energyFwhm;  // keV; likewise
     std::string candidates;            // that could explain it
+    std::optional<WithError> second;   // net area of a second spectrum in the same regions, scaled
+    std::optional<WithError> ratio;    // of the net area of the regions to that
 };
 
 struct PeakList {
     std::vector<ListedPeak> peaks;  // ascending by their centroids
     bool calibrated = false;
+    bool compared = false;  // with a second spectrum
 };
 
 // The calibration in force; none where its energies do not rise, or where it is the one that the
@@ -38,16 +45,16 @@ PeakList listPeaks(const Spectrum& spectrum, const DerivedArrays& derived);
 struct PeakColumn {
     // ">" or "<" for the side of its texts, and as wide as they are; none: a column of the file.
     std::string_view heading;
-    std::string_view fileHeading;
+    std::string_view fileHeading;  // none: a column of the table
     std::string_view explanation;
     std::string (*text)(const ListedPeak& peak);  // empty where there is nothing to tell
 };
 
-// All columns from left to right.
-std::span<const PeakColumn> peakColumns();
+// All columns of a list from left to right. Those of a second spectrum are there only with one.
+std::vector<PeakColumn> peakColumns(bool compared);
 
 // Those that the table shows.
-std::vector<PeakColumn> shownPeakColumns();
+std::vector<PeakColumn> shownPeakColumns(bool compared);
 
 // What else is known of a peak: regions, errors, and what could have been seen there.
 std::string peakDetails(const ListedPeak& peak);

@@ -13,9 +13,9 @@ namespace {
 constexpr std::string_view lineEnd = "\r\n";
 
 template <typename Field>
-std::string lineOf(Field field) {
+std::string lineOf(const std::vector<PeakColumn>& columns, Field field) {
     std::string line;
-    for (const PeakColumn& column : peakColumns())
+    for (const PeakColumn& column : columns)
         line.append(line.empty() ? "" : ",").append(csvField(field(column)));
     return line.append(lineEnd);
 }
@@ -23,9 +23,11 @@ std::string lineOf(Field field) {
 }  // namespace
 
 std::string peakListText(const PeakList& list) {
-    std::string text = lineOf([](const PeakColumn& column) { return column.fileHeading; });
+    std::vector<PeakColumn> columns = peakColumns(list.compared);
+    std::erase_if(columns, [](const PeakColumn& column) { return column.fileHeading.empty(); });
+    std::string text = lineOf(columns, [](const PeakColumn& column) { return column.fileHeading; });
     for (const ListedPeak& peak : list.peaks)
-        text += lineOf([&](const PeakColumn& column) { return column.text(peak); });
+        text += lineOf(columns, [&](const PeakColumn& column) { return column.text(peak); });
     return text;
 }
 

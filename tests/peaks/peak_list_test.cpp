@@ -3,7 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "peaks/peak_list_file.h"
+#include "peaks/second_areas.h"
 
 namespace kestrel {
 namespace {
@@ -24,7 +27,7 @@ TEST(PeakColumns, HaveNoTextWhereThereIsNothingToTell) {
     ListedPeak peak = listedPeak();
     const auto row = [&] {
         std::string texts;
-        for (const PeakColumn& column : shownPeakColumns())
+        for (const PeakColumn& column : shownPeakColumns(false))
             texts += column.text(peak) + "|";
         return texts;
     };
@@ -47,11 +50,36 @@ TEST(PeakColumns, HaveNoTextWhereThereIsNothingToTell) {
 }
 
 TEST(PeakListText, HasAFieldForEachColumnAndNoFormula) {
-    const std::string text = peakListText({{listedPeak()}, false});
+    const std::string text = peakListText({{listedPeak()}});
     EXPECT_THAT(text, testing::StartsWith("Channel,Channel error,Energy (keV),"));
     EXPECT_THAT(text, testing::HasSubstr("\r\n100.25,0.00,,4.00,,1000,5.0,1.250,20.0,2,"));
     EXPECT_THAT(text, testing::EndsWith("\r\n"));
     EXPECT_EQ(std::ranges::count(text, '\n'), 2);
+}
+
+// The second has the counts of the first shared out, or half of them, or nothing but background.
+TEST(SecondAreas, AreThoseOfTheSameRegions) {
+    PeakList list{.peaks = {listedPeak()}};
+    PeakRecord& measured = list.peaks[0].measured;
+    measured.regions = {10, 13, 20, 27, 34, 37};
+    measured.net = 600;
+    measured.netError = 30;
+    list.compared = true;
+    SecondCounts second{std::vector<double>(36, 2.5), 2};  // the last two channels are past its end
+    second.counts[22] = 302.5;
+    addSecondAreas(list, second);
+    // 320 - 10 - 5, and its variance 320 + 10 + 5, twice and four times.
+    EXPECT_NEAR(list.peaks[0].second->value, 610, 1e-9);
+    EXPECT_NEAR(list.peaks[0].second->error, 2 * std::sqrt(335), 1e-9);
+    EXPECT_NEAR(list.peaks[0].ratio->value, 600 / 610.0, 1e-9);
+    EXPECT_NEAR(list.peaks[0].ratio->error, std::hypot(30, 36.60601 * 600 / 610) / 610, 1e-6);
+    EXPECT_THAT(peakListText(list),
+                testing::HasSubstr("Second net,Second net error,Ratio,Ratio error\r\n"));
+    EXPECT_THAT(peakListText(list), testing::EndsWith(",610.0000,36.6060,0.9836,0.0768\r\n"));
+    EXPECT_EQ(shownPeakColumns(true).back().text(list.peaks[0]), "0.984 +- 0.077");
+    second.counts[22] = 0;
+    addSecondAreas(list, second);
+    EXPECT_FALSE(list.peaks[0].ratio);
 }
 
 TEST(KnownCalibration, IsNotTheOneThatTheProgramStartsWith) {

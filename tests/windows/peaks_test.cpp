@@ -107,6 +107,29 @@ TEST_F(PeaksWindowTest, FollowsSpectrumAndCalibration) {
     EXPECT_EQ(peaks()->remark->text(), "No peaks are marked.");
 }
 
+// The peak that is looked at stays, also where another range scales the second anew.
+TEST_F(PeaksWindowTest, MeasuresASecondSpectrumInTheSameRegions) {
+    EXPECT_EQ(grid().model()->columnCount(), 10);
+    dialogs.fileAnswer = {.path = KESTREL_SAMPLES "/environmental-8192.chn"};
+    trigger("openSecond");
+    settle();
+    ASSERT_EQ(grid().model()->columnCount(), 12);
+    const int row = rowOf("661.6");
+    grid().goTo(row, 1, 1);
+    const QString byTime = grid().text(row, 11);
+    module->comparison.scale = CompareScale::ShownCounts;
+    form2->activateWindow();
+    key(Qt::Key_PageUp);
+    settle();
+    EXPECT_NE(grid().text(row, 11), "");
+    EXPECT_NE(grid().text(row, 11), byTime);
+    EXPECT_EQ(grid().currentRow(), row);
+    trigger("removeSecond");
+    settle();
+    EXPECT_EQ(grid().model()->columnCount(), 10);
+    EXPECT_EQ(grid().currentRow(), row);
+}
+
 TEST_F(PeaksWindowTest, SavesCopiesAndKeepsItsPlace) {
     dialogs.fileAnswer = {.path = folder.file("peaks.csv"), .filterIndex = 1};
     peaks()->saveButton->click();
