@@ -45,8 +45,8 @@ std::int32_t sumCounts(const Spectrum& spectrum, std::int32_t low, std::int32_t 
     return sum;
 }
 
-// Every named quantity is single precision, on purpose: the results agree to the last digit with
-// those of earlier measurements. Between two of them the arithmetic is double.
+// Every named quantity is held in single precision (compatibility: single precision). Between two
+// of them the arithmetic is double.
 NetCounts netCounts(const Spectrum& spectrum, const PeakRegions& regions) {
     const auto s1 = static_cast<float>(sumCounts(spectrum, regions.bkg1Low, regions.bkg1High));
     const auto s2 = static_cast<float>(sumCounts(spectrum, regions.bkg2Low, regions.bkg2High));

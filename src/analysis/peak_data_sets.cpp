@@ -130,8 +130,8 @@ void refuseMoreSets(const PeakAreaWork& work) {
         {.text = "Area data sets exceed 128", .title = "Error...", .icon = Icon::Exclamation});
 }
 
-// While any bound is 0 or empty nothing is measured. The product of two negative bounds passes as
-// well, on purpose: computePeakArea has the last word.
+// While any bound is 0 or empty nothing is measured. computePeakArea has the last word
+// (compatibility: two negative bounds).
 bool allEntered(const RegionBounds& bounds) {
     double product = 1;
     for (std::size_t i = 0; i < bounds.texts.size(); ++i) {
@@ -200,8 +200,7 @@ bool nextDataSet(const PeakAreaWork& work) {
     if (work.state.currentSet >= work.setCount)
         return false;
     ++work.state.currentSet;
-    // The last record of the table is reached but never shown, on purpose: the fields still have
-    // the set before it.
+    // The fields still have the set before it (compatibility: record 129).
     if (work.state.currentSet == mostPeakSets) {
         refuseMoreSets(work);
         return false;

@@ -38,7 +38,7 @@ std::int16_t nextSet(const PeakAreaTable& sets, std::int16_t setCount, float pre
 
 std::string resultLine(const Spectrum& spectrum, const PeakAreaSet& set, int row) {
     const double centre{centreOf(set)};
-    // The energy is that of the channel below a centre between two channels, on purpose.
+    // compatibility: energy below.
     const double energy = channelToEnergy(spectrum.calCurrent, toInt16(std::floor(centre)));
     std::string line;
     const auto field = [&line](double value, std::string_view pattern, std::size_t width) {

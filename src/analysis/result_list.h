@@ -24,8 +24,8 @@ void recomputeSet(const Spectrum& spectrum, PeakAreaSet& set);
 
 // One line for each of the sets 0 to setCount - 1, by rising centre of the peak region; all listed
 // sets are measured again. Of sets with the same centre the first stands in the list repeatedly,
-// and a centre of 0 is passed over, on purpose. Faults: Overflow (centre beyond 16 bits), those of
-// recomputeSet.
+// and a centre of 0 is passed over (compatibility: same centres). Faults: Overflow (centre beyond
+// 16 bits), those of recomputeSet.
 std::vector<std::string> buildResultList(const Spectrum& spectrum, PeakAreaTable& sets,
                                          std::int16_t setCount);
 

@@ -9,7 +9,7 @@
 namespace kestrel {
 namespace {
 
-// A typed number in single precision, on purpose: the narrowing is part of the result.
+// A typed number (compatibility: single precision). 0.1 becomes 0.10000000149.
 double singleNumber(const std::string& text) {
     const double value = parseLeadingNumber(text);
     const auto narrowed = static_cast<float>(value);

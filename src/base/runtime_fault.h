@@ -26,8 +26,9 @@ enum class Fault : int {
 
 std::string_view faultText(Fault fault);
 
-// Thrown where an operation cannot go on; caught in one place only, the application's event loop.
-// What the operation wrote before the fault stays written.
+// Thrown where an operation cannot go on, and shown by the application's event loop. Who catches
+// one on its way there puts something in order first, as the open command does, or has an answer
+// without it. What the operation wrote before the fault stays written.
 class RuntimeFault : public std::exception {
   public:
     // `subject` says what was being worked on (a path, as a rule) and may be empty.

@@ -42,7 +42,7 @@ double channelToEnergy(const Calibration& calibration, std::int16_t channel) {
 std::int16_t energyToChannel(const Calibration& calibration, double energy) {
     const auto& [a, b, c] = calibration;
     if (c != 0) {
-        // 4 C, not 4 C - A, is what the formula divides by; the test is kept as it is on purpose.
+        // The formula divides by 4 C, not by this difference (compatibility: 4 C).
         if (4 * c - a == 0)
             return 0;
         return quadraticChannel(calibration, energy);

@@ -19,7 +19,8 @@ QString asSigns(const QString& text);
 QString toSigns(std::string_view bytes);
 
 // Characters as bytes: the shortest of code page 932, Latin-1 and UTF-8 that `toWindow` turns into
-// the same characters again. A text that came from a file thus goes back in the bytes it had.
+// the same characters again. A text of a file goes back in the bytes it had, but for signs that
+// code page 932 has twice: the roman numeral I of the bytes FA 4A goes back as 87 54.
 std::string fromWindow(const QString& text);
 
 }  // namespace kestrel

@@ -9,7 +9,7 @@
 namespace kestrel {
 namespace {
 
-// The mark is not centred, on purpose.
+// compatibility: mark not centred.
 constexpr int channelsBelow = 7;
 constexpr int channelsAbove = 6;
 constexpr std::size_t fewestLines = 2;

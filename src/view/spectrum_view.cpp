@@ -229,7 +229,7 @@ void SpectrumView::leftKey(int shift) {
 }
 
 void SpectrumView::rightKey(int shift) {
-    // One past the last channel is allowed, on purpose.
+    // One past the last channel is allowed (compatibility: cursor past the end).
     state_.cursorCh =
         std::min(narrow16(state_.cursorCh + stepOf(shift)), input_.spectrum.channelCount);
     if (state_.cursorCh >= state_.viewEndCh - scrollMargin)

@@ -38,8 +38,7 @@ double placeInView(const ViewState& view, double x);
 void showAt(ViewState& view, double x, double place, std::int16_t channelCount);
 
 // The user scale of the plot: one unit a channel, a margin of a sixteenth of the width at the left.
-// The right edge is start plus width, not the last channel shown: after clamping the two differ by
-// one channel, on purpose.
+// The right edge is start plus width, not the last channel shown (compatibility: one channel).
 UserScale plotScale(const ViewState& view);
 
 // Each returns false, and changes nothing, where its condition does not hold.
@@ -49,8 +48,8 @@ bool lowerFullScale(ViewState& view);
 bool raiseFullScale(ViewState& view);
 
 // Before the window's controls are laid out the width follows the range shown. A recentring sets
-// the last channel to start plus width, so every layout after one widens the view by one channel;
-// users of the old program know this drift, and it is kept.
+// the last channel to start plus width, so every layout after one widens the view by one channel
+// (compatibility: drift).
 void followShownRange(ViewState& view);
 
 // A view of all channels, as a new spectrum is shown.
