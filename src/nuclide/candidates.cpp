@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <utility>
+
+#include <queue>
 
 #include "nuclide/common_nuclides.h"
 #include "nuclide/peak_origins.h"
@@ -36,7 +39,7 @@ std::optional<std::size_t> peakAt(std::span<const MeasuredPeak> peaks, double en
     for (std::size_t i = place - std::min<std::size_t>(place, 1);
          i < std::min(place + 1, peaks.size()); ++i) {
         const double distance = std::abs(peaks[i].energy - energy);
-        if (distance <= peaks[i].tolerance && (!nearest || distance < least)) {
+        if (distance < peaks[i].tolerance && (!nearest || distance < least)) {
             nearest = i;
             least = distance;
         }
@@ -58,6 +61,10 @@ double detectionLimit(std::span<const MeasuredPeak> peaks, double energy) {
     return 2.71 + 4.65 * least;
 }
 
+double weightOf(const GammaLine& line) {
+    return double{line.intensity} * efficiencyShape(double{line.energy});
+}
+
 std::vector<CandidateLine> strongLines(const GammaNuclide& nuclide, const EnergyRange& range) {
     std::vector<CandidateLine> lines;
     double heaviest = 0;
@@ -65,7 +72,7 @@ std::vector<CandidateLine> strongLines(const GammaNuclide& nuclide, const Energy
         const double energy = double{line.energy};
         if (energy < range.low || energy > range.high)
             continue;
-        const double weight = double{line.intensity} * efficiencyShape(energy);
+        const double weight = weightOf(line);
         heaviest = std::max(heaviest, weight);
         lines.push_back({.line = line, .weight = weight, .peak = {}});
     }
@@ -93,14 +100,32 @@ void markMissing(Candidate& candidate, std::span<const MeasuredPeak> peaks) {
     }
 }
 
-void addShares(Candidate& candidate) {
+// By the intensities alone: weights would make much of the lines of low energy, which hide first.
+// A line at the place of annihilation tells nothing.
+void addShares(Candidate& candidate, std::span<const MeasuredPeak> peaks) {
     double all = 0;
-    for (const CandidateLine& line : candidate.lines)
-        all += line.weight;
     for (const CandidateLine& line : candidate.lines) {
-        candidate.foundShare += line.peak ? line.weight / all : 0;
-        candidate.missingShare += line.missing ? line.weight / all : 0;
+        if (line.peak && isAnnihilation(peaks[*line.peak]))
+            continue;
+        const double intensity = double{line.line.intensity};
+        all += intensity;
+        candidate.foundShare += line.peak ? intensity : 0;
+        candidate.missingShare += line.missing ? intensity : 0;
     }
+    if (all > 0) {
+        candidate.foundShare /= all;
+        candidate.missingShare /= all;
+    }
+}
+
+UnseenLine heaviestAbove(const GammaNuclide& nuclide, double energy, double activity) {
+    UnseenLine heaviest;
+    for (const GammaLine& line : nuclide.lines) {
+        const double counts = efficiencyDoubt * activity * weightOf(line);
+        if (double{line.energy} > energy && counts > heaviest.mostCounts)
+            heaviest = {double{line.energy}, counts};
+    }
+    return heaviest;
 }
 
 std::optional<Candidate> judge(const GammaNuclide& nuclide, std::span<const MeasuredPeak> peaks,
@@ -108,20 +133,22 @@ std::optional<Candidate> judge(const GammaNuclide& nuclide, std::span<const Meas
     Candidate candidate{.nuclide = nuclide.key,
                         .halfLife = nuclide.halfLife,
                         .seconds = double{nuclide.seconds},
-                        .lines = strongLines(nuclide, range)};
+                        .lines = strongLines(nuclide, range),
+                        .unseen = {}};
     for (CandidateLine& line : candidate.lines)
         line.peak = peakAt(peaks, double{line.line.energy});
     candidate.activity = highestActivity(candidate.lines, peaks);
     markMissing(candidate, peaks);
-    addShares(candidate);
+    addShares(candidate, peaks);
+    candidate.unseen = heaviestAbove(nuclide, range.high, candidate.activity);
     if (candidate.score() < leastScore)
         return std::nullopt;
     return candidate;
 }
 
 // Share of the counts of a peak that a line explains.
-double shareOf(const Candidate& candidate, const CandidateLine& line, const MeasuredPeak& peak) {
-    const double expected = efficiencyDoubt * candidate.activity * line.weight;
+double shareOf(const Candidate& candidate, double weight, const MeasuredPeak& peak) {
+    const double expected = efficiencyDoubt * candidate.activity * weight;
     return peak.net <= 0 ? 0.0 : std::min(1.0, expected / peak.net);
 }
 
@@ -136,139 +163,176 @@ double agreement(double off) {
     return 1 - off * off / 2;
 }
 
-// Peaks that a candidate explains and that are still open, and how well their energies agree.
-double explainedBy(const Candidate& candidate, std::span<const MeasuredPeak> peaks,
-                   const std::vector<double>& open) {
-    double sum = 0;
-    for (const CandidateLine& line : candidate.lines) {
-        if (!line.peak)
-            continue;
-        const MeasuredPeak& peak = peaks[*line.peak];
-        const double off = (peak.energy - double{line.line.energy}) / peak.tolerance;
-        sum += weightOf(peak) * agreement(off) *
-               std::min(open[*line.peak], shareOf(candidate, line, peak));
-    }
-    return candidate.score() * candidate.score() * sum;
-}
-
-// Also its weak lines explain peaks, once a nuclide is there. `place` is its own in the list.
-void closePeaks(const Candidate& candidate, const GammaNuclide& nuclide, std::size_t place,
-                std::span<const MeasuredPeak> peaks, std::vector<double>& open,
-                CandidateList& list) {
-    for (const GammaLine& line : nuclide.lines) {
-        const double energy = double{line.energy};
-        const auto peak = peakAt(peaks, energy);
-        if (!peak)
-            continue;
-        const CandidateLine weighed{
-            .line = line, .weight = double{line.intensity} * efficiencyShape(energy), .peak = peak};
-        const double share = shareOf(candidate, weighed, peaks[*peak]);
-        open[*peak] = std::max(0.0, open[*peak] - share);
-        std::vector<std::size_t>& told = list.candidatesOfPeak[*peak];
-        if (share >= leastShare && (told.empty() || told.back() != place))
-            told.push_back(place);
-    }
-}
-
-void closeAnnihilation(std::span<const MeasuredPeak> peaks, std::vector<double>& open) {
-    if (const auto peak = peakAt(peaks, electronMass))
-        open[*peak] = 0;
-}
-
 struct Judged {
     Candidate candidate;
     const GammaNuclide* nuclide;
     double rank = 0;
 };
 
-std::vector<Judged> judgeAll(std::span<const GammaNuclide> library,
-                             std::span<const MeasuredPeak> peaks, const EnergyRange& range) {
+// With the energies of all peaks moved.
+class CandidateSearch {
+  public:
+    CandidateSearch(std::span<const GammaNuclide> library, std::span<const MeasuredPeak> peaks,
+                    const EnergyRange& range, double shift);
+
+    // What tells one shift from another: annihilation, and nuclides with two lines or more. A
+    // single line is anywhere.
+    double evidence() const;
+    CandidateList takeList();
+
+  private:
+    std::vector<Judged> judgeAll(std::span<const GammaNuclide> library,
+                                 const EnergyRange& range) const;
+    void rank(Judged& one) const;
+    double explainedBy(const Candidate& candidate) const;
+    void putInOrder(std::vector<Judged> judged);
+    void take(Judged& judged);
+    void closePeaks(std::span<const GammaLine> lines);
+
+    std::vector<MeasuredPeak> peaks_;
+    std::vector<double> open_;  // share of each that nothing explains yet
+    CandidateList list_;
+};
+
+CandidateSearch::CandidateSearch(std::span<const GammaNuclide> library,
+                                 std::span<const MeasuredPeak> peaks, const EnergyRange& range,
+                                 double shift)
+    : peaks_(peaks.begin(), peaks.end()), open_(peaks.size(), 1.0) {
+    list_.shift = shift;
+    list_.candidatesOfPeak.resize(peaks_.size());
+    for (MeasuredPeak& peak : peaks_)
+        peak.energy += shift;
+    if (const auto peak = peakAt(peaks_, electronMass))
+        open_[*peak] = 0;
+    putInOrder(judgeAll(library, range));
+}
+
+std::vector<Judged> CandidateSearch::judgeAll(std::span<const GammaNuclide> library,
+                                              const EnergyRange& range) const {
     std::vector<Judged> judged;
+    if (peaks_.empty())
+        return judged;
+    // Below the first peak nothing tells what would be seen.
+    const double first = peaks_.front().energy - peaks_.front().tolerance;
     for (const GammaNuclide& nuclide : library) {
-        if (std::optional<Candidate> candidate = judge(nuclide, peaks, range))
+        if (auto candidate = judge(nuclide, peaks_, {std::max(range.low, first), range.high})) {
             judged.push_back({std::move(*candidate), &nuclide});
+            rank(judged.back());
+        }
     }
     return judged;
 }
 
-void rankAll(std::vector<Judged>& judged, std::span<const MeasuredPeak> peaks,
-             const std::vector<double>& open) {
-    for (Judged& one : judged) {
-        one.candidate.explained = explainedBy(one.candidate, peaks, open);
-        one.rank =
-            one.candidate.explained * (isCommonNuclide(one.candidate.nuclide) ? commonWeight : 1.0);
-    }
+void CandidateSearch::rank(Judged& one) const {
+    Candidate& candidate = one.candidate;
+    candidate.explained = explainedBy(candidate);
+    one.rank = candidate.explained * (isCommonNuclide(candidate.nuclide) ? commonWeight : 1.0);
 }
 
-// Time and again the one that explains most of what is still open.
-void putInOrder(std::vector<Judged> judged, std::span<const MeasuredPeak> peaks,
-                std::vector<double>& open, CandidateList& list) {
-    while (!judged.empty() && list.candidates.size() < mostCandidates) {
-        rankAll(judged, peaks, open);
-        const auto best = std::ranges::max_element(judged, {}, &Judged::rank);
-        if (best->candidate.explained < leastExplained)
-            break;
-        closePeaks(best->candidate, *best->nuclide, list.candidates.size(), peaks, open, list);
-        list.candidates.push_back(std::move(best->candidate));
-        judged.erase(best);
-    }
-}
-
-// What tells a place of the peaks from another: annihilation, and nuclides with two lines or more.
-// A single line is anywhere.
-double evidenceOf(const CandidateList& list, std::span<const MeasuredPeak> peaks) {
+// Peaks that are still open, and how well their energies agree.
+double CandidateSearch::explainedBy(const Candidate& candidate) const {
     double sum = 0;
-    for (const Candidate& candidate : list.candidates) {
+    for (const CandidateLine& line : candidate.lines) {
+        if (!line.peak)
+            continue;
+        const MeasuredPeak& peak = peaks_[*line.peak];
+        const double off = (peak.energy - double{line.line.energy}) / peak.tolerance;
+        sum += weightOf(peak) * agreement(off) *
+               std::min(open_[*line.peak], shareOf(candidate, line.weight, peak));
+    }
+    return candidate.score() * candidate.score() * sum;
+}
+
+// Time and again the one that explains most of what is still open; of equals the first of the
+// library. As that only ever becomes less, the first one that stays in front with its rank of now
+// is it.
+void CandidateSearch::putInOrder(std::vector<Judged> judged) {
+    std::priority_queue<std::pair<double, std::ptrdiff_t>> order;
+    for (std::size_t i = 0; i < judged.size(); ++i)
+        order.emplace(judged[i].rank, -static_cast<std::ptrdiff_t>(i));
+    while (!order.empty() && list_.candidates.size() < mostCandidates) {
+        const std::ptrdiff_t place = order.top().second;
+        order.pop();
+        Judged& best = judged[static_cast<std::size_t>(-place)];
+        rank(best);
+        if (best.candidate.explained < leastExplained)
+            continue;
+        if (const std::pair now(best.rank, place); !order.empty() && now < order.top())
+            order.push(now);
+        else
+            take(best);
+    }
+}
+
+void CandidateSearch::take(Judged& judged) {
+    list_.candidates.push_back(std::move(judged.candidate));
+    closePeaks(judged.nuclide->lines);
+    closePeaks(judged.nuclide->xrays);
+}
+
+// By the candidate at the end of the list. Also weak lines and X-rays explain peaks, once a nuclide
+// is there.
+void CandidateSearch::closePeaks(std::span<const GammaLine> lines) {
+    const std::size_t place = list_.candidates.size() - 1;
+    for (const GammaLine& line : lines) {
+        const auto peak = peakAt(peaks_, double{line.energy});
+        if (!peak)
+            continue;
+        const double share = shareOf(list_.candidates.back(), weightOf(line), peaks_[*peak]);
+        open_[*peak] = std::max(0.0, open_[*peak] - share);
+        std::vector<std::size_t>& told = list_.candidatesOfPeak[*peak];
+        if (share >= leastShare && (told.empty() || told.back() != place))
+            told.push_back(place);
+    }
+}
+
+double CandidateSearch::evidence() const {
+    double sum = 0;
+    for (const Candidate& candidate : list_.candidates) {
         if (std::ranges::count_if(candidate.lines, [](const auto& l) { return !!l.peak; }) > 1)
             sum += candidate.explained;
     }
-    for (const MeasuredPeak& peak : peaks) {
-        const double off = (peak.energy + list.shift - electronMass) / peak.tolerance;
+    for (const MeasuredPeak& peak : peaks_) {
+        const double off = (peak.energy - electronMass) / peak.tolerance;
         sum += std::abs(off) <= 1 ? agreement(off) * weightOf(peak) : 0;
     }
     return sum;
 }
 
-// With the energies of all peaks moved.
-CandidateList candidatesAt(std::span<const GammaNuclide> library,
-                           std::span<const MeasuredPeak> peaks, const EnergyRange& range,
-                           double shift) {
-    if (peaks.empty())
-        return {};
-    std::vector<MeasuredPeak> moved(peaks.begin(), peaks.end());
-    for (MeasuredPeak& peak : moved)
-        peak.energy += shift;
-    // Below the first peak nothing tells what would be seen.
-    const double first = moved.front().energy - moved.front().tolerance;
-    std::vector<double> open(moved.size(), 1.0);
-    closeAnnihilation(moved, open);
-    CandidateList list;
-    list.shift = shift;
-    list.candidatesOfPeak.resize(moved.size());
-    putInOrder(judgeAll(library, moved, {std::max(range.low, first), range.high}), moved, open,
-               list);
-    list.origins = findOrigins(moved, open);
-    return list;
+CandidateList CandidateSearch::takeList() {
+    std::vector<UnseenLine> unseen;
+    std::ranges::transform(list_.candidates, std::back_inserter(unseen), &Candidate::unseen);
+    list_.origins = findOrigins(peaks_, open_, unseen);
+    return std::move(list_);
+}
+
+// Each once, whatever the library holds.
+std::vector<GammaNuclide> commonOf(std::span<const GammaNuclide> library) {
+    std::vector<GammaNuclide> common;
+    for (const GammaNuclide& nuclide : library) {
+        if (isCommonNuclide(nuclide.key) &&
+            std::ranges::find(common, nuclide.key, &GammaNuclide::key) == common.end())
+            common.push_back(nuclide);
+    }
+    return common;
 }
 
 }  // namespace
 
 CandidateList findCandidates(std::span<const GammaNuclide> library,
                              std::span<const MeasuredPeak> peaks, const EnergyRange& range) {
-    std::vector<GammaNuclide> common;
-    std::ranges::copy_if(library, std::back_inserter(common),
-                         [](const GammaNuclide& n) { return isCommonNuclide(n.key); });
-    CandidateList best = candidatesAt(common, peaks, range, 0);
-    double most = shiftAdvantage * evidenceOf(best, peaks);
+    const std::vector<GammaNuclide> common = commonOf(library);
+    double shift = 0;
+    double most = shiftAdvantage * CandidateSearch(common, peaks, range, shift).evidence();
     for (int step = -mostSteps; step <= mostSteps; ++step) {
-        CandidateList list = candidatesAt(common, peaks, range, step * shiftStep);
-        const double evidence = evidenceOf(list, peaks);
-        if (evidence <= most)
-            continue;
-        most = evidence;
-        best = std::move(list);
+        const double tried = step * shiftStep;
+        const double evidence = CandidateSearch(common, peaks, range, tried).evidence();
+        if (evidence > most) {
+            most = evidence;
+            shift = tried;
+        }
     }
-    return candidatesAt(library, peaks, range, best.shift);
+    return CandidateSearch(library, peaks, range, shift).takeList();
 }
 
 }  // namespace kestrel

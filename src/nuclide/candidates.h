@@ -33,13 +33,14 @@ struct Candidate {
     std::string nuclide;
     std::string halfLife;
     double seconds = 0;       // the same
-    double foundShare = 0;    // of the weight of the strong lines
+    double foundShare = 0;    // of the intensity of the strong lines
     double missingShare = 0;  // the same
     double activity = 0;      // counts per weight
     // Peaks that no candidate before it explains, each by the logarithm of its significance, times
     // the square of the score.
     double explained = 0;
     std::vector<CandidateLine> lines;  // the strong ones, ascending
+    UnseenLine unseen;                 // the heaviest line above the range
 
     double score() const { return foundShare - missingShare; }
 };
@@ -56,7 +57,7 @@ struct CandidateList {
 };
 
 // The peaks stand in ascending order, in a spectrum that shows the energies of `range`. Time grows
-// with the number of lines of the library, memory with that of the candidates.
+// with the number of peaks and of lines of the library, memory with that of the candidates.
 CandidateList findCandidates(std::span<const GammaNuclide> library,
                              std::span<const MeasuredPeak> peaks, const EnergyRange& range);
 

@@ -158,8 +158,8 @@ Recordset NuclideDatabase::queryAllStates() {
 
 Recordset NuclideDatabase::queryAllGammas() {
     return query(
-        "select eng_nc, eng_eng, eng_br from eng where eng_br > 0.1 and eng_rad = 'G' and "
-        "(eng_raddef is null or trim(eng_raddef) = '')");
+        "select eng_nc, eng_eng, eng_br, eng_raddef from eng where eng_br > 0.1 and eng_rad = 'G' "
+        "and (eng_raddef is null or trim(eng_raddef) = '' or trim(eng_raddef) like 'X%')");
 }
 
 Recordset NuclideDatabase::queryLinesOfNuclides(std::span<const std::int32_t> ids) {

@@ -24,7 +24,8 @@ StateTable readStates(NuclideDatabase& database, const EnergyFilter& filter) {
                                                     state.whole("nc_i_num")),
                                   .halfLife = state.text("nc_hl"),
                                   .seconds = state.single("nc_tsec"),
-                                  .lines = {}});
+                                  .lines = {},
+                                  .xrays = {}});
     }
     return table;
 }
@@ -33,9 +34,11 @@ void readLines(NuclideDatabase& database, const EnergyFilter& filter, StateTable
     for (Recordset line = database.queryAllGammas(); !line.eof(); line.moveNext()) {
         const GammaLine gamma{line.single("eng_eng"), line.single("eng_br")};
         const auto state = table.place.find(line.whole("eng_nc"));
-        if (state != table.place.end() && gamma.energy > 0 &&
-            filter.passesIntensity(gamma.intensity))
-            table.nuclides[state->second].lines.push_back(gamma);
+        if (state == table.place.end() || gamma.energy <= 0 ||
+            !filter.passesIntensity(gamma.intensity))
+            continue;
+        GammaNuclide& nuclide = table.nuclides[state->second];
+        (line.text("eng_raddef").empty() ? nuclide.lines : nuclide.xrays).push_back(gamma);
     }
 }
 

@@ -18,13 +18,14 @@ struct GammaNuclide {
     std::string key;               // "Eu-152g"
     std::string halfLife;          // as the database writes it
     float seconds = 0;             // the same in seconds
-    std::vector<GammaLine> lines;  // ascending
+    std::vector<GammaLine> lines;  // ascending; without X-rays
+    std::vector<GammaLine> xrays;
 };
 
-// The nuclides that have such lines. X-rays, which tell the element at most, and annihilation,
-// which tells nothing, are left out. All filters count but the class of radiation. The database
-// must be open; what a stranger's one can make of it is bounded by the rows of a query. Throws
-// DatabaseError. Faults: Overflow.
+// The nuclides that have gamma lines, with their X-rays, which tell the element at most.
+// Annihilation, which tells nothing, is left out. All filters count but the class of radiation. The
+// database must be open; what a stranger's one can make of it is bounded by the rows of a query.
+// Throws DatabaseError. Faults: Overflow.
 std::vector<GammaNuclide> readGammaLibrary(NuclideDatabase& database, const EnergyEntries& entries);
 
 }  // namespace kestrel

@@ -74,7 +74,7 @@ const std::vector<std::string_view>& candidateExplanations() {
     static const std::vector<std::string_view> texts = {
         "The one that explains most of the peaks first; never a claim",
         "",
-        "Share of the weight of its strong lines that is found, less the share that is missing",
+        "Share of its strong lines, by intensity, that is found, less the share that is missing",
         "Strong lines that are found in peaks",
         "Strong lines that ought to be seen and are not",
     };
