@@ -57,10 +57,33 @@ struct Range {
 Range energyRange(const Calibration& calibration, int first, int last) {
     Range range{energyAt(calibration, first), energyAt(calibration, first)};
     for (int channel = first; channel <= last; ++channel) {
-        range.least = std::min(range.least, energyAt(calibration, channel));
-        range.greatest = std::max(range.greatest, energyAt(calibration, channel));
+        const double energy = energyAt(calibration, channel);
+        range.least = std::min(range.least, energy);
+        range.greatest = std::max(range.greatest, energy);
     }
     return range;
+}
+
+// From a channel to the next.
+struct Piece {
+    int channel;
+    double from;  // keV
+    double to;
+    bool last;
+};
+
+void addTicks(std::vector<EnergyTick>& ticks, const Step& step, const Piece& piece) {
+    const auto [channel, from, to, last] = piece;
+    const auto [low, high] = std::minmax(from, to);
+    const double first = std::ceil(low / step.size());
+    for (int i = 0; i < mostTicks && step.times(first + i) <= high; ++i) {
+        const double energy = step.times(first + i);
+        // A tick on a channel belongs to the pair that begins there.
+        if (energy < low || (energy == to && !last))
+            continue;
+        const double part = to == from ? 0.0 : (energy - from) / (to - from);
+        ticks.push_back({channel + part, plainNumber(energy)});
+    }
 }
 
 }  // namespace
@@ -74,19 +97,17 @@ std::vector<EnergyTick> energyTicks(const Calibration& calibration, int firstCha
     if (!(std::max(std::abs(least), std::abs(greatest)) / step.size() < mostSteps))
         return {};
     std::vector<EnergyTick> ticks;
+    // Neighbouring ticks that the energies last stood between: most channels have none.
+    Range free{1, 0};
+    double to = energyAt(calibration, firstChannel);
     for (int channel = firstChannel; channel < lastChannel; ++channel) {
-        const double from = energyAt(calibration, channel);
-        const double to = energyAt(calibration, channel + 1);
-        const auto [low, high] = std::minmax(from, to);
-        const double first = std::ceil(low / step.size());
-        for (int i = 0; i < mostTicks && step.times(first + i) <= high; ++i) {
-            const double energy = step.times(first + i);
-            // A tick on a channel belongs to the pair that begins there.
-            if (energy < low || (energy == to && channel + 1 < lastChannel))
-                continue;
-            const double part = to == from ? 0.0 : (energy - from) / (to - from);
-            ticks.push_back({channel + part, plainNumber(energy)});
-        }
+        const double from = to;
+        to = energyAt(calibration, channel + 1);
+        if (free.least < std::min(from, to) && std::max(from, to) < free.greatest)
+            continue;
+        addTicks(ticks, step, {channel, from, to, channel + 1 == lastChannel});
+        const double steps = std::floor(to / step.size());
+        free = {step.times(steps), step.times(steps + 1)};
     }
     return ticks;
 }
