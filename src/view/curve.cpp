@@ -60,7 +60,7 @@ HeightList heightsOfFirst(const PlotInput& input, std::int64_t first, std::int64
 double heightInPicture(double height, double lowest) {
     constexpr double highest = 100 * plotTop;
     constexpr double nextIsOneAway = 0x1.8p52;
-    return std::min(std::max(lowest, height), highest) + nextIsOneAway - nextIsOneAway;
+    return std::min(std::max(lowest, height + nextIsOneAway - nextIsOneAway), highest);
 }
 
 // The entries from `first` on, at most so many.
@@ -219,15 +219,17 @@ class CurvePainter {
 
     // Of channels i to i + group, the next group's first one included; of equal heights the first.
     Extremes extremes(std::int64_t i) const {
-        std::int64_t highest = i;
-        std::int64_t lowest = i;
-        for (std::int64_t k = i + 1; k <= i + group_; ++k) {
-            if (height(k) > height(highest))
-                highest = k;
-            if (height(k) < height(lowest))
-                lowest = k;
+        const auto heights = std::span(heights_).subspan(static_cast<std::size_t>(i - first_),
+                                                         static_cast<std::size_t>(group_ + 1));
+        double highest = heights.front();
+        double lowest = heights.front();
+        for (const double height : heights) {
+            highest = std::max(highest, height);
+            lowest = std::min(lowest, height);
         }
-        return {height(std::min(highest, lowest)), height(std::max(highest, lowest))};
+        const auto earlier = std::ranges::find_if(
+            heights, [=](double height) { return height == highest || height == lowest; });
+        return {*earlier, *earlier == highest ? lowest : highest};
     }
 
     const PlotInput& input_;
