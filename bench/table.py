@@ -147,9 +147,18 @@ def viewing(runs):
     yield time_row("open to painted plot, 16384 channels", runs["openToPaintedPlot/16384"], 16e3)
     yield time_row("full repaint, 16384 channels, 1200 x 800", repaint, 2e3)
     yield ratio_row("the same beside QCustomPlot", repaint, "QCustomPlot", runs["repaintQCustomPlot/16384"], 1)
+    pair = runs["repaintPairOnScreen"]
+    yield ratio_row("with a second spectrum and all axes", pair, "one spectrum", repaint, 1.8)
     for kind, one in (("lines", "lines"), ("linear lines", "linear"), ("dots", "dots")):
         work = f"picture with a second curve, {kind}"
         yield ratio_row(work, runs[f"repaintPair/{one}"], "one curve", runs[f"repaintPicture/{one}/16384"], 1.8)
+    for work, run in (
+        ("zoom by the wheel, two spectra and all axes", "wheelStep/zoomPair"),
+        ("likewise in their difference", "wheelStep/zoomDifference"),
+        ("pan by the wheel", "wheelStep/panPair"),
+        ("draw a range with the mouse", "dragStep/pair"),
+    ):
+        yield time_row(work, runs[run], 8e3)
     yield time_row("cursor step with status line", runs["cursorStep/16384"], 500)
     yield time_row("print a page, 16384 channels", page, 0.5e6)
     yield size_row("its PDF file", page["bytes"], 300e3)

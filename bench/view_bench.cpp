@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include <QAction>
 #include <QApplication>
 #include <QFileInfo>
 #include <QImage>
@@ -56,6 +57,16 @@ struct Program {
     }
     // Paints what has to be painted, as the event loop does.
     void show() const { QApplication::processEvents(); }
+    void choose(const char* item) const {
+        form2->findChild<QAction*>(QLatin1String(item))->trigger();
+    }
+    // With the same counts behind it, of another calibration, and all axes.
+    void compare() const {
+        module->spectrum.calCurrent.b *= 1.01;
+        choose("openSecond");
+        choose("fineTicks");
+        show();
+    }
 
     SampleDialogs dialogs;
     std::unique_ptr<Module1> module = std::make_unique<Module1>();
@@ -71,6 +82,16 @@ void repaintOnScreen(benchmark::State& state) {
     }
 }
 BENCHMARK(repaintOnScreen)->Arg(1024)->Arg(4096)->Arg(16384)->Unit(benchmark::kMicrosecond);
+
+void repaintPairOnScreen(benchmark::State& state) {
+    const Program program(16384);
+    program.compare();
+    for (auto _ : state) {
+        program.press(Qt::Key_L);
+        program.show();
+    }
+}
+BENCHMARK(repaintPairOnScreen)->Unit(benchmark::kMicrosecond);
 
 void repaintPicture(benchmark::State& state, PlotMode mode, CountAxis axis) {
     Program program(state.range(0));
@@ -134,25 +155,47 @@ void cursorStep(benchmark::State& state) {
 }
 BENCHMARK(cursorStep)->Arg(1024)->Arg(4096)->Arg(16384)->Unit(benchmark::kMicrosecond);
 
-// A notch of the wheel at the pointer, and of one with Shift.
-void wheelStep(benchmark::State& state, Qt::KeyboardModifiers held) {
+// A notch of the wheel at the pointer, and of one with Shift, which needs a part of the channels;
+// beside a second spectrum, or in the difference of the two.
+enum class Shown { One, Pair, Difference };
+
+void show(const Program& program, Shown shown) {
+    if (shown != Shown::One)
+        program.compare();
+    if (shown == Shown::Difference)
+        program.choose("difference");
+}
+
+void wheelStep(benchmark::State& state, Shown shown, Qt::KeyboardModifiers held) {
     const Program program(16384);
+    show(program, shown);
     PictureBox& plot = *program.form2->plotArea;
-    int angle = 120;
-    for (auto _ : state) {
+    const auto turn = [&](int angle, Qt::KeyboardModifiers keys) {
         QWheelEvent event({500, 300}, plot.mapToGlobal(QPointF(500, 300)), {}, {0, angle},
-                          Qt::NoButton, held, Qt::NoScrollPhase, false);
+                          Qt::NoButton, keys, Qt::NoScrollPhase, false);
         QApplication::sendEvent(&plot, &event);
         program.show();
+    };
+    if (held == Qt::ShiftModifier)
+        turn(120, Qt::NoModifier);
+    int angle = 120;
+    for (auto _ : state) {
+        turn(angle, held);
         angle = -angle;
     }
 }
-BENCHMARK_CAPTURE(wheelStep, zoom, Qt::NoModifier)->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(wheelStep, pan, Qt::ShiftModifier)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(wheelStep, zoom, Shown::One, Qt::NoModifier)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(wheelStep, pan, Shown::One, Qt::ShiftModifier)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(wheelStep, zoomPair, Shown::Pair, Qt::NoModifier)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(wheelStep, panPair, Shown::Pair, Qt::ShiftModifier)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(wheelStep, zoomDifference, Shown::Difference, Qt::NoModifier)
+    ->Unit(benchmark::kMicrosecond);
 
 // The band that follows the pointer while a range is drawn.
-void dragStep(benchmark::State& state) {
+void dragStep(benchmark::State& state, Shown shown) {
     const Program program(16384);
+    show(program, shown);
     PictureBox& plot = *program.form2->plotArea;
     const auto send = [&plot](QEvent::Type type, double x) {
         QMouseEvent event(type, {x, 300}, plot.mapToGlobal(QPointF(x, 300)), Qt::LeftButton,
@@ -167,7 +210,8 @@ void dragStep(benchmark::State& state) {
         x = x < 1100 ? x + 1 : 300;
     }
 }
-BENCHMARK(dragStep)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(dragStep, one, Shown::One)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(dragStep, pair, Shown::Pair)->Unit(benchmark::kMicrosecond);
 
 void openToPaintedPlot(benchmark::State& state) {
     const Program program(state.range(0));
