@@ -811,6 +811,32 @@ TEST_F(SecondSpectrum, ChangesPlacesWithAllThatBelongsToIt) {
     EXPECT_EQ(module->comparison.second->spectrum.filePath, background);
 }
 
+// Longer, shorter, empty and without calibration or live time, each with calibrations of all kinds:
+// the two change places and back, and all is drawn as it was.
+TEST_F(SecondSpectrum, MayHaveAnyLengthAndCalibration) {
+    module->view.linLogMode = CountAxis::Linear;
+    for (const char* name : {"eu152-co60-cs137-1024.chn", "environmental-8192.chn",
+                             "empty-4096.chn", "eu152-co60-cs137-4096-dos.asc"})
+        for (const Calibration& calibration : {Calibration{}, {3000, -1, 0}, {0, 2, -1e-3}})
+            for (const bool difference : {false, true}) {
+                SCOPED_TRACE(name);
+                module->spectrum.calCurrent = calibration;
+                module->spectrum.openedLiveTime = {};
+                openSecond(KESTREL_SAMPLES "/" + std::string(name));
+                module->comparison.difference = difference;
+                key(Qt::Key_Home);
+                const QImage shown = form2->picture().copy();
+                const QString line = form2->secondStatus->text();
+                EXPECT_TRUE(line.startsWith("Second not scaled   c: ")) << line.toStdString();
+                key(Qt::Key_F6);
+                EXPECT_NE(form2->picture(), shown);
+                key(Qt::Key_F6);
+                EXPECT_EQ(form2->picture(), shown);
+                EXPECT_EQ(form2->secondStatus->text(), line);
+            }
+    EXPECT_TRUE(dialogs.messages.empty());
+}
+
 // A next file, another calibration and a file that cannot be read.
 TEST_F(SecondSpectrum, FollowsTheFirstAndStaysWhatItWas) {
     openSecond(background);
@@ -822,8 +848,15 @@ TEST_F(SecondSpectrum, FollowsTheFirstAndStaysWhatItWas) {
     }
     EXPECT_EQ(dialogs.messages.size(), 2U);
     openSample("eu152-co60-cs137-1024.chn");
-    EXPECT_EQ(module->comparison.second, second);
     EXPECT_EQ(module->comparison.onFirst.counts.size(), 1024U);
+    key(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(module->spectrum.channelCount, 4096);
+    EXPECT_EQ(module->comparison.onFirst.counts.size(), 4096U);
+    open(folder.write("cut.chn", "x"));
+    form2->findChild<QPushButton*>("restore")->click();
+    EXPECT_EQ(module->spectrum.channelCount, 4096);
+    EXPECT_EQ(module->comparison.onFirst.counts.size(), 4096U);
+    EXPECT_EQ(module->comparison.second, second);
 }
 
 }  // namespace
