@@ -19,12 +19,12 @@ struct EnergyEntries {
 };
 inline constexpr std::size_t halfWidthEntry = 9;
 
-// Half of the energy window, in keV. Faults: Overflow.
+// Half of the energy window, in keV. Faults: those of parseLeadingNumber.
 double halfWidthOf(const EnergyEntries& entries);
 
 class EnergyFilter {
   public:
-    // Faults: Overflow.
+    // Faults: Overflow for an entry beyond single precision.
     explicit EnergyFilter(const EnergyEntries& entries);
 
     // Whether the present row of the energy window's query passes.

@@ -73,12 +73,13 @@ struct EnergyListInput {
 // Rebuilds the list when the cursor has moved since the last time, when that is forced, or when the
 // database failed and its folder has been changed; true when the list is another one now. Without a
 // usable database, which is shown to the user, the list comes from the energy list file if there is
-// one. Faults: Overflow.
+// one. Faults: those of listFromDatabase.
 bool refreshEnergyList(EnergyListState& state, const EnergyListInput& input,
                        NuclideDatabase& database, Dialogs& dialogs);
 
 // The list around an energy (keV), sorted, with its middle row as the current one. The database
-// must be open and its energy window query prepared. Throws DatabaseError. Faults: Overflow.
+// must be open and its energy window query prepared. Throws DatabaseError. Faults: those of
+// EnergyFilter.
 EnergyList listFromDatabase(NuclideDatabase& database, const EnergyEntries& entries, double energy);
 
 // The key of the nuclide that a row is of; empty where it names none.

@@ -25,7 +25,7 @@ struct GammaNuclide {
 // The nuclides that have gamma lines, with their X-rays, which tell the element at most.
 // Annihilation, which tells nothing, is left out. All filters count but the class of radiation. The
 // database must be open; what a stranger's one can make of it is bounded by the rows of a query.
-// Throws DatabaseError. Faults: Overflow.
+// Throws DatabaseError. Faults: those of EnergyFilter.
 std::vector<GammaNuclide> readGammaLibrary(NuclideDatabase& database, const EnergyEntries& entries);
 
 }  // namespace kestrel

@@ -15,14 +15,14 @@ inline constexpr double axisBase = -30.0;
 // Text with its upper left corner at (x, y).
 void printAt(Canvas& canvas, double x, double y, const std::string& text);
 
-// Base line and ticks at quarters of the width, with their channels. Faults: Overflow.
+// Base line and ticks at quarters of the width, with their channels.
 void drawChannelAxis(const ViewState& view, Canvas& canvas);
 
 void drawCountAxis(const ViewState& view, Canvas& canvas);
 // `part` of the full length.
 void drawCountTick(const ViewState& view, double y, Canvas& canvas, double part = 1.0);
 
-// Ticks of half the length between those of the two axes. Faults: Overflow.
+// Ticks of half the length between those of the two axes.
 void drawFineTicks(const ViewState& view, Canvas& canvas);
 
 // Counts on the linear axis as 768, 1.5K, 2M.

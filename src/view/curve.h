@@ -11,11 +11,12 @@ struct PlotInput;
 
 // The curve of the channels after the first one shown; nothing where no channel before the last has
 // counts. At most about 2 x 4096 elements are drawn, however many channels are shown. Faults:
-// SubscriptOutOfRange, Overflow.
+// SubscriptOutOfRange for a channel count beyond 17001 in an empty spectrum; Overflow on the linear
+// axis for counts that a group reads and whose height does not fit 32 bits.
 void drawCurve(const PlotInput& input, Canvas& canvas);
 
 // The curve of the second spectrum, scaled, in grey; nothing without one. Where no factor can be
-// told it is drawn one to one. Faults: Overflow.
+// told it is drawn one to one.
 void drawSecondCurve(const PlotInput& input, Canvas& canvas);
 
 // Whether the difference of the two spectra stands in place of them.

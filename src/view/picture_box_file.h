@@ -17,7 +17,8 @@ struct PictureParts {
     double textPoints = 0;
 };
 
-// Writes the file whole or not at all. Faults: those of the parts and of replaceFile, OutOfMemory.
+// Writes the file whole or not at all. Faults: those of the parts and of replaceFile, OutOfMemory
+// where there is none for the dots of a PNG.
 void savePicture(const PictureFile& file, const PictureParts& parts, const std::string& title);
 
 }  // namespace kestrel

@@ -30,7 +30,7 @@ struct PlotInput {
 // channel ticks of the next repaint are drawn. At most about 2 x 4096 curve elements are drawn,
 // however many channels are shown. While the regions of a peak are shown, their channels are drawn
 // once more in light green and light red. A second spectrum lies behind the first, in grey. Faults:
-// SubscriptOutOfRange, Overflow.
+// those of drawCurve; Overflow for a bound beyond 16 bits.
 void drawSpectrum(const PlotInput& input, Canvas& canvas);
 
 }  // namespace kestrel

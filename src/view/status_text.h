@@ -12,7 +12,7 @@ namespace kestrel {
 char peakMark(double significance);
 
 // For example "ch:* 1234( 661.6keV) c:   12345". Faults: SubscriptOutOfRange for a negative
-// channel, Overflow for an energy that does not fit.
+// channel, those of channelToEnergy.
 std::string statusLine(const Spectrum& spectrum, const DerivedArrays& derived,
                        std::int16_t channel);
 

@@ -247,6 +247,8 @@ TEST_F(DataSets, AreAllLeftAloneWhenTheNewOneIsCleared) {
     goTo(1);
     type({});
     EXPECT_FALSE(isUntouched(work));  // a committed one
+    type({"10", "20", "30", "40", "50", "99999"});
+    EXPECT_FAULT(keepEntered(work), Fault::Overflow);
 }
 
 TEST_F(DataSets, AreNotClearedWhereThereIsNoneOrTheTableIsFull) {

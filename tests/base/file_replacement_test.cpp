@@ -11,6 +11,7 @@
 #include <filesystem>
 
 #include "base/failing_calls.h"
+#include "base/file_place.h"
 #include "fault_matcher.h"
 #include "ordinary_user.h"
 #include "temp_folder.h"
@@ -55,9 +56,14 @@ TEST(FileReplacement, TellsTheKindsOfFailureApart) {
     };
     for (const auto& [error, fault] : cases) {
         const test::PlannedMishap plan{.error = error, .only = "openat"};
+        {
+            const test::FailingCalls failing(plan);
+            EXPECT_FAULT(replaceFile(folder.file("a"), "x"), fault) << error;
+        }
         const test::FailingCalls failing(plan);
-        EXPECT_FAULT(replaceFile(folder.file("a"), "x"), fault) << error;
+        EXPECT_FAULT(findFilePlace(folder.file("a")), fault) << error;
     }
+    EXPECT_FAULT(findFilePlace(std::string("a\0b", 3)), Fault::BadFileName);
 }
 
 TEST(FileReplacement, IsRefusedForWhatIsNoWritableFile) {

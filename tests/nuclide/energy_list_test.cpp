@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "fault_matcher.h"
+#include "nuclide/energy_filter.h"
 #include "nuclide_fixture.h"
 #include "scripted_dialogs.h"
 
@@ -136,6 +138,8 @@ TEST_F(EnergyListTest, PassesTheClassesThatAreWanted) {
                           {"AE", 4},
                           {"B-,B+", 2}})
         EXPECT_EQ(radiationClass(c.code), c.number) << c.code;
+    entries.text[3] = "1e39";
+    EXPECT_FAULT(EnergyFilter{entries}, Fault::Overflow);
 }
 
 TEST_F(EnergyListTest, GoesToTheMiddleRow) {

@@ -6,10 +6,12 @@
 #include <filesystem>
 #include <random>
 
+#include "fault_matcher.h"
 #include "scripted_dialogs.h"
 #include "spectrum/export_as.h"
 #include "spectrum/formats/exchange_formats.h"
 #include "spectrum/formats/export_formats.h"
+#include "spectrum/formats/written_record.h"
 #include "spectrum/open_any.h"
 #include "temp_folder.h"
 
@@ -153,6 +155,9 @@ TEST_F(Export, TellsWhatIsLostBeforeItIsLost) {
     spectrum->liveTime = {-50};
     spectrum->channelCount = 6;
     exportTo("a", 1);
+    EXPECT_FAULT(writtenCount(*spectrum, 17001), Fault::SubscriptOutOfRange);
+    EXPECT_FAULT(Ticks::ofSeconds(42949673), Fault::Overflow);
+    EXPECT_FAULT(Ticks{std::int64_t{50} << 31}.wholeSeconds(), Fault::Overflow);
     for (const char* sentence : {"no time of the calendar", "do not rise", "Counts below 0",
                                  "Times below 0", "Fewer than 8 channels"})
         EXPECT_THAT(dialogs.messages.back().details, HasSubstr(sentence));

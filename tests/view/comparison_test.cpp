@@ -11,6 +11,7 @@
 #include <tuple>
 #include <utility>
 
+#include "fault_matcher.h"
 #include "recording_canvas.h"
 #include "view/curve.h"
 #include "view/plot.h"
@@ -95,6 +96,8 @@ TEST_F(Comparing, CountsGoWhereTheirEnergyIs) {
         EXPECT_EQ(result.below, c.below);
         EXPECT_EQ(result.above, c.above);
     }
+    second->channelCount = 17002;
+    EXPECT_FAULT(redistribute(*second, *first), Fault::SubscriptOutOfRange);
 }
 
 TEST_F(Comparing, TheErrorIsThatOfTenThousandPoissonPairs) {

@@ -7,6 +7,7 @@
 
 #include "fault_matcher.h"
 #include "recording_canvas.h"
+#include "view/curve.h"
 
 namespace kestrel {
 namespace {
@@ -35,8 +36,10 @@ class Plot : public testing::Test {
         view.viewEndCh = static_cast<std::int16_t>(end);
         view.viewWidth = static_cast<std::int16_t>(end - start);
         canvas.setScale(plotScale(view));
-        drawSpectrum({*spectrum, *derived, view, *colours, standardPalette, nullptr, &look},
-                     canvas);
+        drawSpectrum(input(), canvas);
+    }
+    PlotInput input() const {
+        return {*spectrum, *derived, view, *colours, standardPalette, nullptr, &look};
     }
 
     std::vector<Line> linesIn(Colour colour) const {
@@ -209,6 +212,7 @@ TEST_F(Plot, DrawsLinearHeightsUnclippedAndRoundedToEven) {
     spectrum->counts[3002] = 2000000000;
     EXPECT_NO_THROW(draw(0, 3000));
     EXPECT_FAULT(draw(0, 3001), Fault::Overflow);
+    EXPECT_FAULT(drawCurve(input(), canvas), Fault::Overflow);
 }
 
 TEST_F(Plot, DrawsNoCurveForAnEmptySpectrum) {

@@ -15,10 +15,12 @@
 
 #include "base/integers.h"
 #include "chn_bytes.h"
+#include "fault_matcher.h"
 #include "nuclide_fixture.h"
 #include "spectrum/energy_calibration.h"
 #include "ui/reading_window.h"
 #include "ui/session_end.h"
+#include "view/picture_box_file.h"
 #include "window_fixture.h"
 
 namespace kestrel {
@@ -714,6 +716,8 @@ TEST_F(MainWindow, SavesItsPictureWithTextsAsTexts) {
     EXPECT_NE(svg.find(">Comment  : Eu-152"), std::string::npos);
     EXPECT_NE(svg.find(">500<"), std::string::npos) << "an energy of the strip";
     EXPECT_TRUE(save("a.pdf").starts_with("%PDF-"));
+    EXPECT_FAULT(savePicture({folder.file("b.png"), PictureKind::Png, {0, 0}}, {}, ""),
+                 Fault::OutOfMemory);
     EXPECT_TRUE(dialogs.messages.empty());
 }
 

@@ -21,7 +21,7 @@ struct LabelledValue {
 // Takes the values in the order of the table, each from the first line of the file that contains
 // its label in any letter case. Refused at the first label that is on no line, failed where a value
 // raises a fault; the values before it have been taken by then, those after it have not. The file
-// is read once, and no further than the last of the lines. Faults: DeviceError.
+// is read once, and no further than the last of the lines. Faults: those of LineReader.
 ReadResult takeLabelledValues(LineReader& lines, std::span<const LabelledValue> table,
                               Spectrum& spectrum);
 

@@ -8,7 +8,8 @@
 
 namespace kestrel {
 
-// Refuses every file of either form, and says whether it is a Labo file. Faults: DeviceError.
+// Refuses every file of either form, and says whether it is a Labo file. Faults: those of
+// InputFile.
 ReadResult readLaboFile(InputFile& file, Spectrum& spectrum);
 
 }  // namespace kestrel

@@ -8,8 +8,7 @@
 
 namespace kestrel {
 
-// One measurement with one spectrum, zeros counted. Faults: SubscriptOutOfRange for more than 17001
-// channels.
+// One measurement with one spectrum, zeros counted. Faults: those of writtenCount.
 std::string n42File(const Spectrum& spectrum);
 // What users must know of it beyond what the format has no place for, as sentences.
 void addN42Losses(const Spectrum& spectrum, std::vector<std::string>& losses);

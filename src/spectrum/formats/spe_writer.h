@@ -8,7 +8,7 @@
 
 namespace kestrel {
 
-// Faults: SubscriptOutOfRange for more than 17001 channels.
+// Faults: those of writtenCount.
 std::string speFile(const Spectrum& spectrum);
 // What users must know of it beyond what the format has no place for, as sentences.
 void addSpeLosses(const Spectrum& spectrum, std::vector<std::string>& losses);

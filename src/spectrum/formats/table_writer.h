@@ -9,7 +9,7 @@
 namespace kestrel {
 
 // Lines of a label and its value, then the columns; without a calibration that of energies is left
-// out. Faults: SubscriptOutOfRange for more than 17001 channels.
+// out. Faults: those of writtenCount.
 std::string energyTable(const Spectrum& spectrum);
 // What users must know of it beyond what the format has no place for, as sentences.
 void addTableLosses(const Spectrum& spectrum, std::vector<std::string>& losses);
