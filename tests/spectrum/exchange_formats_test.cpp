@@ -54,7 +54,10 @@ std::string wide(const std::string& text) {
 }
 
 std::string spc(std::uint16_t type) {
-    Bytes file(128 * 5);
+    Bytes file(128 * 7);
+    file.put(384 + 32, 4.5F);
+    file.put<std::int16_t>(110, 6).put<std::int16_t>(640, 111).put<std::int16_t>(644, 7);
+    file.put<std::int16_t>(768, 20).text(772, std::string_view("GPS\0Altitude:\t49M\r\n", 19));
     file.put<std::int16_t>(0, 1).put(2, type).put<std::int16_t>(8, 2).put<std::int16_t>(10, 3);
     file.put<std::int16_t>(34, 4).put<std::int16_t>(60, 5).put<std::int16_t>(64, 3);
     file.put(90, 12.5F).put(94, 10.0F).text(128 + 16, "17-SEP-121").text(128 + 28, "13:41:07");
@@ -247,6 +250,14 @@ TEST(ExchangeFormats, SayWhatTheFilesHold) {
         EXPECT_NEAR(k.a, c.energies[0], 1e-6) << c.about;
         EXPECT_NEAR(k.a + 2 * k.b + 4 * k.c, c.energies[1], 1e-6) << c.about;
     }
+}
+
+TEST(ExchangeFormats, ListWhatTheRecordHasNoFieldFor) {
+    const MeasuredSpectrum spectrum = readExchangeBytes(spc(1)).front();
+    std::string list;
+    for (const NamedValue& detail : spectrum.details)
+        list += detail.name + "=" + detail.value + ";";
+    EXPECT_EQ(list, "FWHM terms (channels)=4.5000E+00 0 0;Report=GPS;Altitude=49M;");
 }
 
 TEST(ExchangeFormats, ReadTablesByTheirColumns) {

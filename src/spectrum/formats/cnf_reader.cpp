@@ -9,7 +9,6 @@
 #include <string>
 
 #include "base/byte_reader.h"
-#include "base/number_text.h"
 #include "base/text.h"
 #include "spectrum/formats/energy_terms.h"
 #include "spectrum/formats/file_text.h"
@@ -137,8 +136,8 @@ class CnfFile {
             spectrum.coefficients = shiftedTerms(std::move(terms), 1);
         if (const std::vector<double> width = realsAt(records + 0xDC, 2);
             width[0] != 0 || width[1] != 0)
-            spectrum.details.push_back({"FWHM", plainNumber(width[0]) + " + " +
-                                                    plainNumber(width[1]) + " x root of energy"});
+            spectrum.details.push_back(
+                {"FWHM", shownTerm(width[0]) + " + " + shownTerm(width[1]) + " x root of energy"});
     }
 
     void takeCounts(std::size_t parameters, MeasuredSpectrum& spectrum) const {

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <span>
 
+#include "base/number_text.h"
 #include "base/text.h"
 
 namespace kestrel {
@@ -278,6 +279,10 @@ std::optional<LocalTime> dateIn(std::string_view text, DateOrder order) {
     takeDay(std::span(parts).first(3), order, time);
     takeTimeOfDay(std::span(parts).subspan(3), time);
     return isPossible(time) ? std::optional(time) : std::nullopt;
+}
+
+std::string shownTerm(double term) {
+    return term == 0 || !std::isfinite(term) ? plainNumber(term) : formatNumber(term, "0.0000E+00");
 }
 
 void appendCount(std::string_view word, const FilePlace& place, std::vector<double>& counts) {

@@ -57,6 +57,9 @@ std::optional<LocalTime> dateIn(std::string_view text, DateOrder order = DateOrd
 // Whether the numbers are those of a day of the calendar and of a time.
 bool isPossible(const LocalTime& time);
 
+// A term of a calibration with the digits that a user looks at.
+std::string shownTerm(double term);
+
 // Appends a count of a text file. Faults: FormatError with `place` where `word` is no number, or
 // beyond mostFileChannels counts.
 void appendCount(std::string_view word, const FilePlace& place, std::vector<double>& counts);

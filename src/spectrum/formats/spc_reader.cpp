@@ -8,7 +8,6 @@
 #include <string>
 
 #include "base/byte_reader.h"
-#include "base/number_text.h"
 #include "base/text.h"
 #include "spectrum/formats/file_text.h"
 
@@ -115,7 +114,7 @@ class SpcFile {
         std::string width;
         for (std::size_t i = 0; i < terms; ++i) {
             spectrum.coefficients.push_back(reader_.floatAt(record + energyAt + i * 4));
-            width += (i == 0 ? "" : " ") + plainNumber(reader_.floatAt(record + widthAt + i * 4));
+            width += (i == 0 ? "" : " ") + shownTerm(reader_.floatAt(record + widthAt + i * 4));
         }
         if (width != "0 0 0")
             spectrum.details.push_back({"FWHM terms (channels)", width});
@@ -131,13 +130,21 @@ class SpcFile {
         const std::size_t report = offsetOf(unsignedAt(expansion + 4));
         if (report == 0)
             return;
-        const std::string text =
-            reader_.textAt(report + 4, std::min(unsignedAt(report), longestReport));
-        TextLines lines(upToNul(text));
-        for (std::string_view line; lines.next(line);) {
-            if (!line.empty())
-                spectrum.details.push_back({"Report", std::string(line)});
-        }
+        std::string text = reader_.textAt(report + 4, std::min(unsignedAt(report), longestReport));
+        std::ranges::replace(text, '\0', '\n');
+        TextLines lines(text);
+        for (std::string_view line; lines.next(line);)
+            takeReportLine(line, spectrum);
+    }
+
+    // "Altitude:  49M", or a line of another form.
+    static void takeReportLine(std::string_view line, MeasuredSpectrum& spectrum) {
+        const std::size_t colon = line.find(':');
+        if (colon != std::string_view::npos)
+            spectrum.details.push_back({std::string(line.substr(0, colon)),
+                                        std::string(trimSpace(line.substr(colon + 1)))});
+        else if (!line.empty())
+            spectrum.details.push_back({"Report", std::string(line)});
     }
 
     std::size_t size_;
