@@ -1,6 +1,7 @@
 #include "nuclide/gamma_library.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <unordered_map>
 
@@ -30,11 +31,16 @@ StateTable readStates(NuclideDatabase& database, const EnergyFilter& filter) {
     return table;
 }
 
+// Numbers beyond single precision are infinite.
+bool isPossible(const GammaLine& line) {
+    return line.energy > 0 && std::isfinite(line.energy) && std::isfinite(line.intensity);
+}
+
 void readLines(NuclideDatabase& database, const EnergyFilter& filter, StateTable& table) {
     for (Recordset line = database.queryAllGammas(); !line.eof(); line.moveNext()) {
         const GammaLine gamma{line.single("eng_eng"), line.single("eng_br")};
         const auto state = table.place.find(line.whole("eng_nc"));
-        if (state == table.place.end() || gamma.energy <= 0 ||
+        if (state == table.place.end() || !isPossible(gamma) ||
             !filter.passesIntensity(gamma.intensity))
             continue;
         GammaNuclide& nuclide = table.nuclides[state->second];

@@ -93,7 +93,8 @@ TEST(GammaLibrary, HoldsPlainGammasOfTheNuclidesThatPassTheFilters) {
     for (const auto& [energy, kind, definition] :
          {std::tuple{32.1, "G", "XKA1"}, {511.0, "G", "ANN"}, {624.0, "E", ""}, {283.5, "G", ""}})
         tables.lines.push_back({1, 2, energy, 5, kind, "B-", definition});
-    tables.lines.push_back({2, 1, 1435.8, 76, "G", "B-", ""});
+    for (const auto& [energy, intensity] : {std::pair{1435.8, 76.0}, {1e300, 5.0}, {500.0, 1e300}})
+        tables.lines.push_back({2, 1, energy, intensity, "G", "B-", ""});
     test::writeDatabase(folder, tables);
     const auto told = [&](const EnergyEntries& entries) {
         NuclideDatabase database = test::nuclideDatabase();
