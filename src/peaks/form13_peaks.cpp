@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "base/integers.h"
+#include "base/runtime_fault.h"
 #include "base/virtual_key.h"
 #include "peaks/peak_list_file.h"
 #include "spectrum/energy_calibration.h"
@@ -175,9 +176,14 @@ void PeaksWindow::changeEvent(QEvent* event) {
         follow();
 }
 
-bool PeaksWindow::isUpToDate() const {
-    return basis_ && basis_->spectrum == context_.spectrum &&
-           basis_->filters == context_.filters() && basis_->marigoldDir == context_.marigoldDir;
+PeaksWindow::Basis PeaksWindow::basis() const {
+    const Spectrum& spectrum = context_.spectrum;
+    return {.counts = spectrum.counts,
+            .channelCount = spectrum.channelCount,
+            .liveTime = spectrum.openedLiveTime,
+            .calibration = knownCalibration(spectrum),
+            .filters = context_.filters(),
+            .marigoldDir = context_.marigoldDir};
 }
 
 // Queued: a fault of the measurement is none of the drawing. What has been tried is not tried
@@ -186,13 +192,12 @@ void PeaksWindow::follow() {
     if (!isVisible())
         return;
     std::optional<SecondCounts> second = context_.second();
-    const bool upToDate = isUpToDate();
+    auto now = std::make_unique<Basis>(basis());
+    const bool upToDate = basis_ && *basis_ == *now;
     if (upToDate && second == second_)
         return;
     second_ = std::move(second);
-    if (!upToDate)
-        basis_ = std::make_unique<Basis>(
-            Basis{context_.spectrum, context_.filters(), context_.marigoldDir});
+    basis_ = std::move(now);
     const auto work = upToDate ? &PeaksWindow::compare : &PeaksWindow::listPeaks;
     QMetaObject::invokeMethod(this, work, Qt::QueuedConnection);
 }
@@ -236,6 +241,8 @@ std::string PeaksWindow::findCandidates() {
             library_.read(context_.database, context_.marigoldDir, context_.filters()));
     } catch (const DatabaseError& error) {
         return "No candidates: " + std::string(error.what());
+    } catch (const RuntimeFault&) {
+        return "No candidates: a number of the database is too large";
     }
     nameCandidates(found_, list_);
     return {};

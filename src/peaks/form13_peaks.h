@@ -1,6 +1,7 @@
 // PeaksWindow: the list of all peaks of the spectrum, and the nuclides that could explain them.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -63,18 +64,24 @@ class PeaksWindow : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    // What the list is made from.
+    // What the list is made from. No number of the file that is in no sum, which may be none and
+    // then equals nothing.
     struct Basis {
-        Spectrum spectrum;
+        ChannelArray<std::int32_t> counts;
+        std::int16_t channelCount = 0;
+        Ticks liveTime;
+        std::optional<Calibration> calibration;
         EnergyEntries filters;
         std::string marigoldDir;
+
+        bool operator==(const Basis&) const = default;
     };
 
     void placeControls();
     QLayout* belowGrids();
     void connectControls();
     void showColumns();
-    bool isUpToDate() const;
+    Basis basis() const;
     void listPeaks();
     std::string findCandidates();
     void compare();

@@ -27,6 +27,25 @@ EnergyRange shownEnergies(const Spectrum& spectrum) {
     return {c.a, c.a + (c.b + c.c * last) * last};
 }
 
+// Leaves a database as it was, open or not.
+class OpenDatabase {
+  public:
+    OpenDatabase(NuclideDatabase& database, const std::string& folder)
+        : database_(database), wasOpen_(database.isOpen()) {
+        database.open(folder);
+    }
+    ~OpenDatabase() {
+        if (!wasOpen_)
+            database_.close();
+    }
+    OpenDatabase(const OpenDatabase&) = delete;
+    OpenDatabase& operator=(const OpenDatabase&) = delete;
+
+  private:
+    NuclideDatabase& database_;
+    bool wasOpen_;
+};
+
 template <typename Test>
 std::int64_t countLines(const Candidate& candidate, Test test) {
     return std::ranges::count_if(candidate.lines, test);
@@ -40,11 +59,8 @@ std::span<const GammaNuclide> CandidateLibrary::read(NuclideDatabase& database,
     if (folder_ == marigoldDir && entries_ == entries)
         return nuclides_;
     folder_.reset();
-    const bool wasOpen = database.isOpen();
-    database.open(marigoldDir);
+    const OpenDatabase open(database, marigoldDir);
     nuclides_ = readGammaLibrary(database, entries);
-    if (!wasOpen)
-        database.close();
     folder_ = marigoldDir;
     entries_ = entries;
     return nuclides_;

@@ -40,7 +40,7 @@ void nameCandidates(const PeakCandidates& found, PeakList& list);
 
 // Tables as a grid takes them: candidates, and the strong lines of one of them.
 inline constexpr std::string_view candidateFormat =
-    "> |<Candidate|>HalfLife    |>Score|>Found  |<Missing";
+    "> |<Candidate|>HalfLife    |>Score|>Found   |<Missing";
 inline constexpr std::string_view candidateLineFormat = "> |>   Energy|>Int.(%) |<Peak            ";
 inline constexpr std::size_t candidateHalfLifeColumn = 1;
 const std::vector<std::string_view>& candidateExplanations();

@@ -1,6 +1,8 @@
 // The list of peaks, worked by keys.
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include <QClipboard>
 
 #include "nuclide_fixture.h"
@@ -75,20 +77,28 @@ TEST_F(PeaksWindowTest, TellsTheCandidatesOfAPeakAndWhy) {
     settle();
     EXPECT_EQ(grid().text(row, 10), "") << "the Gate hides what lives for 5 years";
     EXPECT_EQ(candidates.text(1, 1), "Eu-152g");
-    module->settings.marigoldDir = folder.file("gone");
     form2->findChild<Form9*>()->close();
+    module->settings.marigoldDir = folder.file("gone");
     settle();
     peaks()->follow();
     settle();
     EXPECT_EQ(candidates.model()->rowCount(), 0);
+    EXPECT_GT(rows(), 30);
     EXPECT_TRUE(peaks()->remark->text().contains("No candidates: ")) << "and no message";
     EXPECT_TRUE(dialogs.messages.empty());
 }
 
 TEST_F(PeaksWindowTest, FollowsSpectrumAndCalibration) {
     const int before = rows();
-    module->spectrum.calCurrent.a += 100;
+    module->spectrum.chnTrailer.resolution[0] = std::numeric_limits<float>::quiet_NaN();
+    peaks()->follow();
+    settle();
+    grid().goTo(5, 1, 1);
     form2->activateWindow();
+    key(Qt::Key_B);
+    settle();
+    EXPECT_EQ(grid().currentRow(), 5) << "a drawing alone changes nothing";
+    module->spectrum.calCurrent.a += 100;
     key(Qt::Key_B);
     settle();
     EXPECT_GT(rowOf("761.6"), 0);
