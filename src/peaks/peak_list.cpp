@@ -148,7 +148,7 @@ std::vector<PeakColumn> peakColumns(bool compared) {
             columns.end(),
             {{">      Second Net", "",
               "Net counts of the second spectrum in the same regions, scaled",
-              [](const ListedPeak& peak) { return textOf(peak.second, "0"); }},
+              [](const ListedPeak& peak) { return textOf(peak.second, "0.0"); }},
              {">            Ratio", "", "Net counts of the regions to those of the second spectrum",
               [](const ListedPeak& peak) { return textOf(peak.ratio, "0.000"); }},
              {"", "Second net", "", comparedText<&ListedPeak::second, &WithError::value>},
