@@ -24,7 +24,7 @@ class ScriptedDialogs : public Dialogs {
     }
     std::optional<std::size_t> choose(const ChoiceBox& box) override {
         choices.push_back(box);
-        return messageAnswer ? std::optional(box.chosen) : std::nullopt;
+        return messageAnswer ? std::optional(rowAnswer.value_or(box.chosen)) : std::nullopt;
     }
     FileChoice openFile(const FileDialog& dialog) override {
         fileDialogs.push_back(dialog);
@@ -43,6 +43,7 @@ class ScriptedDialogs : public Dialogs {
     std::vector<ChoiceBox> choices;
     std::vector<FileDialog> fileDialogs;
     bool messageAnswer = true;
+    std::optional<std::size_t> rowAnswer;
     std::function<void()> duringMessage;
     std::string inputAnswer;
     FileChoice fileAnswer;

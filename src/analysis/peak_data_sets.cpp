@@ -37,29 +37,6 @@ std::int32_t sumOf(const PeakRegions& r) {
     return sum;
 }
 
-// Of several faults the one nearest the low end of the spectrum; null when the regions are in
-// order. Each spans at least two channels, and none touches the next.
-const char* faultOf(const PeakRegions& r) {
-    if (r.bkg1Low >= r.bkg1High)
-        return "BKG1(low) >= BKG1(high)";
-    if (r.bkg1High >= r.pkLow)
-        return "BKG1(high) >= PK(low)";
-    if (r.pkLow >= r.pkHigh)
-        return "PK(low) >= PK(high)";
-    if (r.pkHigh >= r.bkg2Low)
-        return "PK(high) >= BKG2(low)";
-    return r.bkg2Low >= r.bkg2High ? "BKG2(low) >= BKG2(high)" : nullptr;
-}
-
-void store(const PeakRegions& r, PeakAreaSet& set) {
-    set.bkg1Low = narrow16(r.bkg1Low);
-    set.bkg1High = narrow16(r.bkg1High);
-    set.bkg2Low = narrow16(r.bkg2Low);
-    set.bkg2High = narrow16(r.bkg2High);
-    set.pkLow = narrow16(r.pkLow);
-    set.pkHigh = narrow16(r.pkHigh);
-}
-
 // Right-justified in a field that a longer number widens: no digit is lost.
 std::string justified(double value, const char* pattern, std::size_t width) {
     const std::string text = formatNumber(value, pattern);
@@ -113,7 +90,7 @@ void commitNewSet(const PeakAreaWork& work) {
 void removeCurrentSet(const PeakAreaWork& work) {
     for (int i = work.state.currentSet; i <= work.setCount; ++i)
         work.sets[i] = work.sets[i + 1];
-    store(PeakRegions{}, work.sets[work.setCount + 1]);
+    storeRegions(PeakRegions{}, work.sets[work.setCount + 1]);
     --work.setCount;
 }
 
@@ -141,7 +118,40 @@ bool allEntered(const RegionBounds& bounds) {
     return product >= 1;
 }
 
+void measureEntered(const PeakAreaWork& work) {
+    PeakAreaFields& fields = work.state.fields;
+    if (!allEntered(fields.bounds))
+        return;
+    computePeakArea(work);
+    const PeakAreaSet& set = current(work);
+    fields.net = withError(set.net, set.netError);
+    fields.cps = withError(set.cps, set.cpsError);
+    fields.relativeError = percentage(set, "   0.0");
+    fields.index = signedNumber(std::int64_t{work.state.currentSet});
+}
+
 }  // namespace
+
+const char* faultOf(const PeakRegions& r) {
+    if (r.bkg1Low >= r.bkg1High)
+        return "BKG1(low) >= BKG1(high)";
+    if (r.bkg1High >= r.pkLow)
+        return "BKG1(high) >= PK(low)";
+    if (r.pkLow >= r.pkHigh)
+        return "PK(low) >= PK(high)";
+    if (r.pkHigh >= r.bkg2Low)
+        return "PK(high) >= BKG2(low)";
+    return r.bkg2Low >= r.bkg2High ? "BKG2(low) >= BKG2(high)" : nullptr;
+}
+
+void storeRegions(const PeakRegions& r, PeakAreaSet& set) {
+    set.bkg1Low = narrow16(r.bkg1Low);
+    set.bkg1High = narrow16(r.bkg1High);
+    set.bkg2Low = narrow16(r.bkg2Low);
+    set.bkg2High = narrow16(r.bkg2High);
+    set.pkLow = narrow16(r.pkLow);
+    set.pkHigh = narrow16(r.pkHigh);
+}
 
 AreaStatus computePeakArea(const PeakAreaWork& work) {
     const PeakRegions regions = enteredRegions(work.state.fields.bounds);
@@ -155,7 +165,7 @@ AreaStatus computePeakArea(const PeakAreaWork& work) {
     }
     PeakAreaSet& set = current(work);
     computeNetArea(work.spectrum, regions, set);
-    store(regions, set);
+    storeRegions(regions, set);
     set.name.assign(work.state.fields.remark);
     return AreaStatus::Computed;
 }
@@ -217,17 +227,18 @@ bool resultsAreOfBounds(const PeakAreaWork& work) {
     }
 }
 
-void clearDataSet(const PeakAreaWork& work) {
+bool clearDataSet(const PeakAreaWork& work) {
     if (work.setCount == 0 || !work.dialogs.message({.text = "Do you clear this data set ?",
                                                      .title = "Check...",
                                                      .icon = Icon::Question,
                                                      .buttons = Buttons::OkCancel}))
-        return;
+        return false;
     if (isNewSet(work))
         current(work) = PeakAreaSet{};
     else
         removeCurrentSet(work);
     showDataSet(work);
+    return true;
 }
 
 bool isUntouched(const PeakAreaWork& work) {
@@ -240,7 +251,7 @@ void keepEntered(const PeakAreaWork& work) {
     const PeakRegions regions = enteredRegions(work.state.fields.bounds);
     if (faultOf(regions) != nullptr)
         return;
-    store(regions, current(work));
+    storeRegions(regions, current(work));
     current(work).name.assign(work.state.fields.remark);
 }
 
@@ -256,15 +267,23 @@ bool enterCursorChannel(const PeakAreaWork& work, std::int16_t cursorCh,
             ++field;
         regionsChanged();
     }
-    if (!allEntered(fields.bounds))
-        return entered;
-    computePeakArea(work);
-    const PeakAreaSet& set = current(work);
-    fields.net = withError(set.net, set.netError);
-    fields.cps = withError(set.cps, set.cpsError);
-    fields.relativeError = percentage(set, "   0.0");
-    fields.index = signedNumber(std::int64_t{work.state.currentSet});
+    measureEntered(work);
     return entered;
+}
+
+bool enterRange(const PeakAreaWork& work, std::int16_t from, std::int16_t to,
+                const std::function<void()>& regionsChanged) {
+    std::int16_t& field = work.state.focusedField;
+    if (field < 1 || field > lastBound)
+        return false;
+    const auto low = static_cast<std::size_t>((field - 1) / 2 * 2);
+    auto& texts = work.state.fields.bounds.texts;
+    texts[low] = signedNumber(std::int64_t{std::min(from, to)});
+    texts[low + 1] = signedNumber(std::int64_t{std::max(from, to)});
+    field = std::min(narrow16(static_cast<int>(low) + 3), lastBound);
+    regionsChanged();
+    measureEntered(work);
+    return true;
 }
 
 }  // namespace kestrel

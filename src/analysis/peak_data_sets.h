@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include "analysis/net_area.h"
 #include "analysis/peak_area_set.h"
 #include "base/dialogs.h"
 #include "spectrum/region_bounds.h"
@@ -46,6 +47,13 @@ enum class AreaStatus {
     Failed,  // regions out of order; the user has been told
 };
 
+// Of several faults the one nearest the low end of the spectrum; null when the regions are in
+// order. Each spans at least two channels, and none touches the next.
+const char* faultOf(const PeakRegions& regions);
+
+// Faults: Overflow for a channel beyond 16 bits.
+void storeRegions(const PeakRegions& regions, PeakAreaSet& set);
+
 // Checks the bounds in the fields and stores them, the remark and the results in the current set.
 // Faults: those of computeNetArea, Overflow; the set then keeps its contents.
 AreaStatus computePeakArea(const PeakAreaWork& work);
@@ -63,8 +71,9 @@ bool previousDataSet(const PeakAreaWork& work);
 bool nextDataSet(const PeakAreaWork& work);
 
 // "Clear", once the user agrees: the later sets move down; a new set that is not committed yet is
-// emptied. Nothing happens while no set is committed. Faults: SubscriptOutOfRange with 128 sets.
-void clearDataSet(const PeakAreaWork& work);
+// emptied. Nothing happens, and it returns false, while no set is committed. Faults:
+// SubscriptOutOfRange with 128 sets.
+bool clearDataSet(const PeakAreaWork& work);
 
 // True for a new set that nobody has touched: whoever leaves the program or opens another spectrum
 // need not be told that its regions are out of order.
@@ -79,5 +88,9 @@ void keepEntered(const PeakAreaWork& work);
 // when it is no bound's turn.
 bool enterCursorChannel(const PeakAreaWork& work, std::int16_t cursorCh,
                         const std::function<void()>& regionsChanged);
+
+// The same with both bounds of the region that has the turn, in either order; the next one follows.
+bool enterRange(const PeakAreaWork& work, std::int16_t from, std::int16_t to,
+                const std::function<void()>& regionsChanged);
 
 }  // namespace kestrel

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "analysis/net_area.h"
 #include "base/dialogs.h"
 #include "spectrum/spectrum.h"
 
@@ -21,5 +23,14 @@ void writePkmFile(const Spectrum& spectrum, const std::string& folder,
 // file then stays. Faults: those of writePkmFile.
 bool savePkmFile(const Spectrum& spectrum, const std::string& folder,
                  const std::vector<std::string>& lines, Dialogs& dialogs);
+
+// The regions of the lines of such a file, at most mostPeakSets.
+struct ReadRegions {
+    std::vector<PeakRegions> regions;
+    std::string refusal = {};  // why, and in which line; empty where the file was read
+};
+ReadRegions readPkmText(std::string_view text);
+// Faults: those of InputFile.
+ReadRegions loadPkmFile(const std::string& path);
 
 }  // namespace kestrel

@@ -13,7 +13,6 @@
 namespace kestrel {
 namespace {
 
-constexpr std::size_t ruleLength = 94;
 // Above every distance between two centres.
 constexpr float farthestCentre = 26000.0F;
 
@@ -53,7 +52,7 @@ std::string resultLine(const Spectrum& spectrum, const PeakAreaSet& set, int row
     field(double{set.cpsError}, "0.000E+00", 10);
     for (const std::int16_t bound :
          {set.bkg1Low, set.bkg1High, set.pkLow, set.pkHigh, set.bkg2Low, set.bkg2High})
-        field(bound, "####0", 5);
+        field(bound, "####0", boundLength);
     return line;
 }
 
@@ -90,14 +89,14 @@ std::vector<std::string> resultHeader(const Spectrum& spectrum) {
         "Date        :" + withoutControls(formatStartDate(spectrum.startDate)) + "-" +
             withoutControls(spectrum.startTime.view()),
         "Time(sec)   :" + spaced(spectrum.liveTime.wholeSeconds()),
-        std::string(ruleLength, '='),
+        std::string(resultLineLength, '='),
         std::string(resultHeadings),
-        std::string(ruleLength, '-'),
+        std::string(resultLineLength, '-'),
     };
 }
 
 std::string resultFooter() {
-    return std::string(ruleLength, '=');
+    return std::string(resultLineLength, '=');
 }
 
 }  // namespace kestrel

@@ -2,6 +2,7 @@
 // printout.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -11,6 +12,11 @@
 #include "spectrum/spectrum.h"
 
 namespace kestrel {
+
+// Of a line of the list, and of the rules above and below it.
+inline constexpr std::size_t resultLineLength = 94;
+// At the end of it stand the six bounds, low to high.
+inline constexpr std::size_t boundLength = 5;
 
 // The headings of the columns of a result line.
 inline constexpr std::string_view resultHeadings =

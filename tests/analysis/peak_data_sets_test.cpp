@@ -249,6 +249,7 @@ TEST_F(DataSets, AreAllLeftAloneWhenTheNewOneIsCleared) {
     EXPECT_FALSE(isUntouched(work));  // a committed one
     type({"10", "20", "30", "40", "50", "99999"});
     EXPECT_FAULT(keepEntered(work), Fault::Overflow);
+    EXPECT_FAULT(storeRegions({.bkg1Low = 40000}, (*sets)[0]), Fault::Overflow);
 }
 
 TEST_F(DataSets, AreNotClearedWhereThereIsNoneOrTheTableIsFull) {
