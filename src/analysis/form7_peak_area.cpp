@@ -11,6 +11,7 @@
 #include <QMenuBar>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <QShortcut>
 #include <QVBoxLayout>
 #include <QValidator>
 
@@ -50,7 +51,7 @@ class RemarkLimit : public QValidator {
 
 }  // namespace
 
-Form7::Form7(const PeakAreaWork& work, WindowPlacement& placement,
+Form7::Form7(const PeakAreaWork& work, const RegionSource& source, WindowPlacement& placement,
              std::function<void()> showResults, QWidget* parent)
     : QWidget(parent, Qt::Dialog),
       lowBackgroundFrom(
@@ -73,7 +74,14 @@ Form7::Form7(const PeakAreaWork& work, WindowPlacement& placement,
       previousButton(button("Command1", "&<", "Previous data set")),
       nextButton(button("Command2", "&>", "Next data set")),
       clearButton(button("Command3", "&Clear", "Clear this data set")),
+      centroid(result("centroid", resultColumns, "Centroid of the peak")),
+      fwhm(result("fwhm", resultColumns, "Full width at half maximum of the peak")),
+      autoButton(button("auto", "&Auto", "Regions of the peak nearest to the cursor")),
+      allPeaksButton(button("allPeaks", "A&ll Peaks", "A data set for each marked peak")),
+      undoButton(button("undo", "&Undo", "Take the last change back")),
+      loadButton(button("load", "Loa&d...", "Regions of a saved list")),
       work_(work),
+      source_(source),
       fields_(work.state.fields),
       placement_(placement),
       showResults_(std::move(showResults)) {
@@ -130,6 +138,9 @@ void Form7::placeControls() {
     column->addLayout(resultControls());
     column->addStretch();
     column->addLayout(buttonRow());
+    column->addSpacing(6);
+    column->addLayout(peakControls());
+    column->addLayout(measureButtons());
 }
 
 QLayout* Form7::regionControls() {
@@ -187,10 +198,34 @@ QLayout* Form7::buttonRow() {
     return row;
 }
 
+QLayout* Form7::peakControls() {
+    auto* grid = new QGridLayout;
+    grid->addWidget(label("Centroid"), 0, 0);
+    grid->addWidget(centroid, 0, 1);
+    grid->addWidget(label("FWHM"), 1, 0);
+    grid->addWidget(fwhm, 1, 1);
+    return grid;
+}
+
+QLayout* Form7::measureButtons() {
+    auto* row = new QHBoxLayout;
+    for (QPushButton* made : {autoButton, allPeaksButton, undoButton, loadButton}) {
+        const QKeySequence key = QKeySequence::mnemonic(made->text());
+        made->setToolTip(made->accessibleName() + QLatin1String(" (") +
+                         key.toString(QKeySequence::NativeText) +
+                         QLatin1String(made == undoButton ? ", Ctrl+Z)" : ")"));
+        // Four of them are no wider than what stands above.
+        made->setMinimumWidth(made->fontMetrics().horizontalAdvance(made->text()) + 8);
+        row->addWidget(made);
+    }
+    return row;
+}
+
 void Form7::setTabOrders() {
-    QWidget* order[] = {lowBackgroundFrom,  lowBackgroundTo,  peakFrom, peakTo,
-                        highBackgroundFrom, highBackgroundTo, remark,   previousButton,
-                        nextButton,         clearButton};
+    QWidget* order[] = {lowBackgroundFrom,  lowBackgroundTo,  peakFrom,   peakTo,
+                        highBackgroundFrom, highBackgroundTo, remark,     previousButton,
+                        nextButton,         clearButton,      autoButton, allPeaksButton,
+                        undoButton,         loadButton};
     for (std::size_t i = 1; i < std::size(order); ++i)
         setTabOrder(order[i - 1], order[i]);
     // Enter goes the same way, as far as ">".
@@ -207,18 +242,36 @@ void Form7::connectControls() {
         bound->installEventFilter(this);
         takeNumbers(*bound);
         connect(bound, &QLineEdit::textEdited, this, [this, i](const QString& text) {
+            keepBeforeTyping();
             fields_.bounds.texts[i] = fromWindow(text);
             showWhetherMeasured();
         });
-        connect(bound, &QLineEdit::editingFinished, this, &Form7::regionsChanged);
+        connect(bound, &QLineEdit::editingFinished, this, [this] {
+            typing_ = false;
+            emit regionsChanged();
+        });
     }
+    remark->installEventFilter(this);
     remark->setValidator(new RemarkLimit(remark));
     selectOnFocus(*remark);
-    connect(remark, &QLineEdit::textEdited, this,
-            [this](const QString& text) { fields_.remark = fromWindow(text); });
+    connect(remark, &QLineEdit::textEdited, this, [this](const QString& text) {
+        keepBeforeTyping();
+        fields_.remark = fromWindow(text);
+    });
+    connect(remark, &QLineEdit::editingFinished, this, [this] { typing_ = false; });
+    connectMeasuring();
     connect(previousButton, &QPushButton::clicked, this, &Form7::showPrevious);
     connect(nextButton, &QPushButton::clicked, this, &Form7::showNext);
     connect(clearButton, &QPushButton::clicked, this, &Form7::clearSet);
+}
+
+void Form7::connectMeasuring() {
+    connect(autoButton, &QPushButton::clicked, this, [this] { fill(measureNearestPeak); });
+    connect(allPeaksButton, &QPushButton::clicked, this, [this] { fill(measureAllPeaks); });
+    connect(loadButton, &QPushButton::clicked, this, [this] { fill(loadSets); });
+    connect(undoButton, &QPushButton::clicked, this, &Form7::undo);
+    auto* key = new QShortcut(QKeySequence::Undo, this);
+    connect(key, &QShortcut::activated, this, &Form7::undo);
 }
 
 template <typename Operation>
@@ -241,13 +294,23 @@ void Form7::showSet(std::int16_t set) {
 }
 
 void Form7::enterCursorChannel(std::int16_t cursorCh) {
-    run([&] {
-        kestrel::enterCursorChannel(work_, cursorCh, [this] {
-            showFields();
-            focusBound(work_.state.focusedField);
-            emit regionsChanged();
-        });
-    });
+    history_.keep(work_);
+    run([&] { kestrel::enterCursorChannel(work_, cursorCh, [this] { showEntered(); }); });
+}
+
+void Form7::enterRange(std::int16_t from, std::int16_t to) {
+    history_.keep(work_);
+    run([&] { kestrel::enterRange(work_, from, to, [this] { showEntered(); }); });
+}
+
+int Form7::middleOfPeak() const {
+    return kestrel::middleOfPeak(work_);
+}
+
+void Form7::showEntered() {
+    showFields();
+    focusBound(work_.state.focusedField);
+    emit regionsChanged();
 }
 
 void Form7::showPrevious() {
@@ -265,9 +328,33 @@ void Form7::showNext() {
 }
 
 void Form7::clearSet() {
-    run([this] { clearDataSet(work_); });
+    history_.keep(work_);
+    if (!run([this] { return clearDataSet(work_); }))
+        return undo();
     emit setsChanged();
     emit regionsChanged();
+}
+
+void Form7::fill(bool (*operation)(const PeakAreaWork& work, const RegionSource& source)) {
+    history_.keep(work_);
+    if (!run([&] { return operation(work_, source_); }))
+        return undo();
+    focusBound(1);
+    emit setsChanged();
+    emit regionsChanged();
+}
+
+void Form7::undo() {
+    typing_ = false;
+    run([this] { history_.back(work_); });
+    emit setsChanged();
+    emit regionsChanged();
+}
+
+// Once for all that is typed into a field.
+void Form7::keepBeforeTyping() {
+    if (!std::exchange(typing_, true))
+        history_.keep(work_);
 }
 
 void Form7::showOutput() {
@@ -291,21 +378,34 @@ void Form7::showFields() {
         {peakSum, &fields_.sums[1]},
         {highBackgroundSum, &fields_.sums[2]},
     };
+    showPeak();
     for (const auto& [field, text] : contents) {
         const QString shown = toWindow(*text);
         if (field->text() != shown)
             field->setText(shown);
     }
+    undoButton->setEnabled(!history_.isEmpty());
     showFocusedField();
     showWhetherMeasured();
+}
+
+// The tool tip has what there is no room for.
+void Form7::showPeak() {
+    const ShownPeak peak = shownPeak(work_, source_);
+    for (const auto& [field, text] :
+         {std::pair{centroid, &peak.centroid}, std::pair{fwhm, &peak.fwhm}}) {
+        field->setText(toWindow(*text));
+        field->setCursorPosition(0);
+        field->setToolTip(field->text());
+    }
 }
 
 // Results of other bounds than those beside them are grey.
 void Form7::showWhetherMeasured() {
     const QPalette::ColorGroup group =
         resultsAreOfBounds(work_) ? QPalette::Active : QPalette::Disabled;
-    for (QLineEdit* field :
-         {netArea, countRate, relativeError, lowBackgroundSum, peakSum, highBackgroundSum}) {
+    for (QLineEdit* field : {netArea, countRate, relativeError, lowBackgroundSum, peakSum,
+                             highBackgroundSum, centroid, fwhm}) {
         QPalette colours = field->palette();
         colours.setColor(QPalette::Active, QPalette::Text, palette().color(group, QPalette::Text));
         colours.setColor(QPalette::Inactive, QPalette::Text,
@@ -335,6 +435,12 @@ void Form7::showFocusedField() {
 }
 
 bool Form7::eventFilter(QObject* watched, QEvent* event) {
+    // A field would take back its own typing only.
+    if (event->type() == QEvent::ShortcutOverride &&
+        static_cast<QKeyEvent*>(event)->matches(QKeySequence::Undo)) {
+        event->ignore();
+        return true;
+    }
     if (event->type() == QEvent::FocusIn) {
         for (std::size_t i = 0; i < bounds().size(); ++i) {
             if (bounds()[i] == watched)

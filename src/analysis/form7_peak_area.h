@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QWidget>
 
+#include "analysis/measured_sets.h"
 #include "analysis/peak_data_sets.h"
 #include "base/window_placement.h"
 
@@ -20,10 +21,10 @@ class Form7 : public QWidget {
     Q_OBJECT
 
   public:
-    // `showResults` opens the results window. What `work` and `placement` refer to must outlive the
-    // window.
-    Form7(const PeakAreaWork& work, WindowPlacement& placement, std::function<void()> showResults,
-          QWidget* parent);
+    // `showResults` opens the results window. What `work`, `source` and `placement` refer to must
+    // outlive the window.
+    Form7(const PeakAreaWork& work, const RegionSource& source, WindowPlacement& placement,
+          std::function<void()> showResults, QWidget* parent);
 
     // Shows the window with a set; one after the last is a new set.
     void showSet(std::int16_t set);
@@ -34,6 +35,11 @@ class Form7 : public QWidget {
 
     // A right click into the plot.
     void enterCursorChannel(std::int16_t cursorCh);
+    // A range drawn in the plot.
+    void enterRange(std::int16_t from, std::int16_t to);
+
+    // Of the shown set; 0 where there is none.
+    int middleOfPeak() const;
 
     QLineEdit* const lowBackgroundFrom;  // low background
     QLineEdit* const lowBackgroundTo;
@@ -52,6 +58,12 @@ class Form7 : public QWidget {
     QPushButton* const previousButton;
     QPushButton* const nextButton;
     QPushButton* const clearButton;
+    QLineEdit* const centroid;
+    QLineEdit* const fwhm;
+    QPushButton* const autoButton;
+    QPushButton* const allPeaksButton;
+    QPushButton* const undoButton;
+    QPushButton* const loadButton;
 
   signals:
     // The plot must draw the regions again.
@@ -80,26 +92,38 @@ class Form7 : public QWidget {
     QLayout* regionControls();
     QLayout* resultControls();
     QLayout* buttonRow();
+    QLayout* peakControls();
+    QLayout* measureButtons();
     void connectControls();
     void setTabOrders();
+    void connectMeasuring();
 
     void showPrevious();
     void showNext();
     void clearSet();
+    // An operation that fills sets; where it tells that it did not, nothing has changed.
+    void fill(bool (*operation)(const PeakAreaWork& work, const RegionSource& source));
+    void undo();
+    void keepBeforeTyping();
     void showOutput();
 
     // Runs an operation and shows what it left in the fields, also where it ended in a fault.
     template <typename Operation>
     auto run(Operation operation);
     void showFields();
+    void showPeak();
+    void showEntered();                    // what the plot has entered, before it is measured
     void focusBound(std::int16_t number);  // 1 to 6
     void showFocusedField();
     void showWhetherMeasured();
 
     PeakAreaWork work_;
+    RegionSource source_;
     PeakAreaFields& fields_;
     WindowPlacement& placement_;
     std::function<void()> showResults_;
+    AreaHistory history_;
+    bool typing_ = false;   // what was there before has been kept
     bool leaving_ = false;  // close() is called by leave()
 };
 

@@ -298,8 +298,10 @@ void Form2::showPeakAreaSet(std::int16_t set) {
     if (!canMeasure())
         return;
     form7_ = std::make_unique<Form7>(
-        peakAreaWork(), module_.settings.windowPlacement[peakAreaPlacement],
-        [this] { showPeakAreaResults(); }, this);
+        peakAreaWork(),
+        RegionSource{module_.derived, module_.view.cursorCh, module_.settings.saveAsDir},
+        module_.settings.windowPlacement[peakAreaPlacement], [this] { showPeakAreaResults(); },
+        this);
     connect(form7_.get(), &Form7::regionsChanged, this, [this] { view_.redraw(); });
     connect(form7_.get(), &Form7::setsChanged, this, &Form2::savePeakRegions);
     form7_->showSet(set);

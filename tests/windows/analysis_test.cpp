@@ -1,6 +1,7 @@
 // Calibrating and measuring through the real windows.
 #include <algorithm>
 #include <functional>
+#include <set>
 
 #include <QTimer>
 
@@ -225,6 +226,66 @@ TEST_F(Analysis, MarksTheRegionsWhileTheDialogIsOpen) {
     EXPECT_EQ(greenDots(), 0);
     EXPECT_FALSE(module->peakArea.fields.bounds.shown);
     EXPECT_GT(module->settings.windowPlacement[7].width, 1000);
+}
+
+TEST_F(Analysis, MeasuresAllPeaksAndBringsThemBackFromTheListAndFromEachStep) {
+    Settings& settings = module->settings;
+    settings.saveAsDir = folder.path();
+    trigger("pkarea");
+    std::multiset<QString> letters{"Alt+O"};  // of the menu
+    for (const QLabel* caption : form7().findChildren<QLabel*>())
+        letters.insert(QKeySequence::mnemonic(caption->text()).toString());
+    for (const QPushButton* button : form7().findChildren<QPushButton*>())
+        letters.insert(QKeySequence::mnemonic(button->text()).toString());
+    letters.erase("");
+    EXPECT_EQ(letters.size(), std::set<QString>(letters.begin(), letters.end()).size());
+    EXPECT_EQ(letters.size(), 12U);
+    EXPECT_FALSE(form7().undoButton->isEnabled());
+
+    form7().allPeaksButton->click();
+    const int found = settings.peakSetCount;
+    ASSERT_GE(found, 5);
+    const PeakAreaTable measured = settings.peakSets;
+    for (const int line : lines)
+        EXPECT_EQ(1, std::ranges::count_if(
+                         measured.span(0, found),
+                         [line](const auto& set) { return set.pkLow < line && line < set.pkHigh; }))
+            << line;
+    EXPECT_TRUE(form7().centroid->text().contains(" ch, ")) << "and its energy";
+    with<Form11>([this](Form11& form) {
+        with<Form6>([](Form6& chooser) { QTest::mouseClick(chooser.okButton, Qt::LeftButton); });
+        QTest::mouseClick(form.saveButton, Qt::LeftButton);
+    });
+    trigger("o1");
+    EXPECT_EQ(modal, 2);
+
+    // A typed bound, Auto and Clear are steps; looking at another set is none.
+    type(form7().peakFrom, "7");
+    EXPECT_EQ(form7().peakFrom->text(), "7");
+    dialogs.inputAnswer = "1325";
+    key(Qt::Key_A);
+    form7().autoButton->click();
+    EXPECT_NEAR((settings.peakSets[0].pkLow + settings.peakSets[0].pkHigh) / 2, 1325, 2);
+    form7().clearButton->click();
+    EXPECT_EQ(settings.peakSetCount, found - 1);
+    dialogs.messageAnswer = false;
+    form7().clearButton->click();  // declined: no step
+    dialogs.messageAnswer = true;
+    form7().activateWindow();
+    QApplication::processEvents();
+    for (int step = 0; step < 3; ++step)
+        QTest::keyClick(form7().peakFrom, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(settings.peakSetCount, found);
+    EXPECT_EQ(regionsOf(settings.peakSets[0]), regionsOf(measured[0]));
+    EXPECT_EQ(form7().peakFrom->text().trimmed().toInt(), measured[0].pkLow);
+    EXPECT_TRUE(form7().undoButton->isEnabled()) << "All Peaks is left";
+
+    dialogs.rowAnswer = 1;  // in place of those
+    dialogs.fileAnswer = {.path = folder.file("eu152-co60-cs137-4096.pkm")};
+    form7().clearButton->click();
+    form7().loadButton->click();
+    ASSERT_EQ(settings.peakSetCount, found);
+    EXPECT_EQ(settings.peakSets[found - 1].net, measured[found - 1].net);
 }
 
 TEST_F(Analysis, OpensNoPeakAreasWithoutALiveTimeAndLetsTheUserLeaveThem) {
