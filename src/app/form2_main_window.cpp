@@ -146,8 +146,8 @@ void Form2::connectControls() {
     connect(plotArea, &PictureBox::mouseDown, this, &Form2::plotPressed);
     connect(plotArea, &PictureBox::wheelTurned, this,
             [this](int notches, int shift, double x) { view_.turnWheel(notches, x, shift); });
-    connect(plotArea, &PictureBox::dragged, this,
-            [this](double from, double to) { view_.zoomTo(from, to); });
+    connect(plotArea, &PictureBox::dragging, this, &Form2::showDrawn);
+    connect(plotArea, &PictureBox::dragged, this, &Form2::takeDrawn);
     connect(plotArea, &PictureBox::pointerMoved, this, &Form2::showPointer);
     connect(plotArea, &PictureBox::pointerLeft, pointerStatus, &QLabel::clear);
     connect(noticeLine_, &NoticeLine::restoreAsked, this, &Form2::restoreSpectrum);
@@ -181,6 +181,24 @@ void Form2::plotPressed(int button, int, double x, double) {
         form7_->enterCursorChannel(module_.view.cursorCh);
     else
         view_.mouseDown(x);
+}
+
+bool Form2::drawsRegion(int shift) const {
+    return (shift & shiftHeld) != 0 && form7_ && form7_->isVisible();
+}
+
+void Form2::showDrawn(int shift, double from, double to) {
+    if (!drawsRegion(shift))
+        return;
+    const ChannelRange range = drawnRange(module_.spectrum, from, to);
+    pointerStatus->setText(toWindow(rangeLine(module_.spectrum, range)));
+}
+
+void Form2::takeDrawn(int shift, double from, double to) {
+    if (!drawsRegion(shift))
+        return view_.zoomTo(from, to);
+    const ChannelRange range = drawnRange(module_.spectrum, from, to);
+    form7_->enterRange(range.low, range.high);
 }
 
 void Form2::showPointer(double x) {
@@ -340,6 +358,8 @@ void Form2::run(PlotCommand command) {
             return switchNuclideMarks();
         case PlotCommand::AskNuclide:
             return askNuclide();
+        case PlotCommand::ShowPeakOfSet:
+            return showPeakOfSet();
     }
 }
 

@@ -134,6 +134,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void calibrateEnergy();
     void showPeakArea();
     void showPeakAreaSet(std::int16_t set);
+    void showPeakOfSet();
     void jumpToChannel();
     void jumpToEnergy();
 
@@ -148,6 +149,10 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void showAtStart();
     void plotResized();
     void showPointer(double x);
+    // Whether what is drawn with the mouse is a region, not what to zoom to.
+    bool drawsRegion(int shift) const;
+    void showDrawn(int shift, double from, double to);
+    void takeDrawn(int shift, double from, double to);
     void plotPressed(int button, int shift, double x, double y);
 
     std::optional<SecondCounts> secondForPeaks() const;

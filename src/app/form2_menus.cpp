@@ -309,6 +309,12 @@ void Form2::showPeakAreaSet(std::int16_t set) {
     focusPlot();
 }
 
+void Form2::showPeakOfSet() {
+    const int middle = form7_ && form7_->isVisible() ? form7_->middleOfPeak() : 0;
+    if (middle > 0)
+        view_.jumpTo(middle);
+}
+
 void Form2::showPeakAreaResults() {
     Settings& settings = module_.settings;
     const ResultSource source{module_.spectrum,   settings.peakSets, settings.peakSetCount,

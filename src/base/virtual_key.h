@@ -5,6 +5,7 @@
 namespace kestrel {
 
 namespace virtual_key {
+inline constexpr int space = 32;
 inline constexpr int pageUp = 33;
 inline constexpr int pageDown = 34;
 inline constexpr int end = 35;

@@ -18,6 +18,8 @@ int codeOf(int key) {
     if (key >= Qt::Key_F1 && key <= Qt::Key_F24)
         return key - Qt::Key_F1 + virtual_key::f1;
     switch (key) {
+        case Qt::Key_Space:
+            return virtual_key::space;
         case Qt::Key_PageUp:
             return virtual_key::pageUp;
         case Qt::Key_PageDown:

@@ -162,9 +162,10 @@ void PictureBox::endDrag() {
 void PictureBox::mousePressEvent(QMouseEvent* event) {
     endDrag();
     const double x = userX(event->position());
+    const int shift = shiftState(event->modifiers());
     if (event->button() == Qt::LeftButton)
-        drag_ = {.from = x, .to = x, .startX = qRound(event->position().x())};
-    emit mouseDown(buttonNumber(event->button()), shiftState(event->modifiers()), x,
+        drag_ = {.from = x, .to = x, .startX = qRound(event->position().x()), .shift = shift};
+    emit mouseDown(buttonNumber(event->button()), shift, x,
                    canvas_.userY(event->position().y() * devicePixelRatioF()));
 }
 
@@ -177,6 +178,8 @@ void PictureBox::mouseMoveEvent(QMouseEvent* event) {
         update();
     }
     emit pointerMoved(x);
+    if (drag_ && drag_->begun)
+        emit dragging(drag_->shift, drag_->from, x);
 }
 
 void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
@@ -185,7 +188,7 @@ void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
     const Drag drag = *drag_;
     endDrag();
     if (drag.begun)
-        emit dragged(drag.from, userX(event->position()));
+        emit dragged(drag.shift, drag.from, userX(event->position()));
 }
 
 void PictureBox::leaveEvent(QEvent*) {

@@ -41,8 +41,10 @@ class PictureBox : public QWidget {
     void mouseDown(int button, int shift, double x, double y);
     // Whole notches of the wheel, above 0 away from the user; x in the user scale.
     void wheelTurned(int notches, int shift, double x);
-    // The left button was pressed at one place in the user scale and let go at another.
-    void dragged(double from, double to);
+    // The left button was pressed at one place in the user scale and is moved, or let go, at
+    // another; `shift` is that of the press.
+    void dragging(int shift, double from, double to);
+    void dragged(int shift, double from, double to);
     // In the user scale.
     void pointerMoved(double x);
     void pointerLeft();
@@ -91,6 +93,7 @@ class PictureBox : public QWidget {
         double from = 0;
         double to = 0;
         int startX = 0;  // in the widget
+        int shift = 0;
         bool begun = false;
     };
     std::optional<Drag> drag_;

@@ -191,6 +191,8 @@ std::span<const SpectrumView::KeyBinding> SpectrumView::keyBindings() {
         KeyBinding{virtual_key::f4, 0, call<&View::zoomBack>, "F4"},
         KeyBinding{'N', anyShift, command<PlotCommand::AskNuclide>, "N",
                    "Show half-life and lines of a nuclide that is typed"},
+        KeyBinding{virtual_key::space, 0, command<PlotCommand::ShowPeakOfSet>, "Space",
+                   "Cursor to the peak that the open peak-area window shows"},
     };
     return bindings;
 }

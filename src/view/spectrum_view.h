@@ -37,6 +37,7 @@ enum class PlotCommand {
     CalibrateEnergy,
     SwitchNuclideMarks,
     AskNuclide,
+    ShowPeakOfSet,
 };
 
 // A key of the plot, as people are told.

@@ -52,6 +52,24 @@ std::string pointerLine(const Spectrum& spectrum, double x) {
            plainNumber(std::int64_t{spectrum.counts[channel]}) + " counts";
 }
 
+ChannelRange drawnRange(const Spectrum& spectrum, double from, double to) {
+    const double last = std::max(spectrum.channelCount - 1, 0);
+    const auto channel = [last](double x) { return toInt16(std::clamp(x, 0.0, last)); };
+    return {channel(std::min(from, to)), channel(std::max(from, to))};
+}
+
+std::string rangeLine(const Spectrum& spectrum, const ChannelRange& range) {
+    std::int64_t sum = 0;
+    for (int channel = range.low; channel <= range.high; ++channel)
+        sum += spectrum.counts[channel];
+    const int width = range.high - range.low + 1;
+    const double ends = 1.0 * spectrum.counts[range.low] + spectrum.counts[range.high];
+    return "Channels " + plainNumber(std::int64_t{range.low}) + " to " +
+           plainNumber(std::int64_t{range.high}) + "   " + plainNumber(std::int64_t{width}) +
+           " wide   sum " + plainNumber(sum) + "   net " +
+           formatNumber(static_cast<double>(sum) - width * ends / 2, "0");
+}
+
 std::string liveTimeHeader(const Spectrum& spectrum) {
     return "Live: " + formatNumber(spectrum.openedLiveTime.seconds(), "0.00") + "sec";
 }

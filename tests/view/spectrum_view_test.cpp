@@ -213,7 +213,8 @@ TEST_F(View, ReachesTheCommandsOfTheMainWindow) {
                                        {69, PlotCommand::OpenEnergyList},
                                        {73, PlotCommand::CalibrateEnergy},
                                        {66, PlotCommand::SwitchNuclideMarks},
-                                       {78, PlotCommand::AskNuclide}}) {
+                                       {78, PlotCommand::AskNuclide},
+                                       {32, PlotCommand::ShowPeakOfSet}}) {
         window.command.reset();
         view.keyDown(key, 0);
         EXPECT_EQ(window.command, command) << key;

@@ -71,5 +71,15 @@ TEST_F(StatusText, TellsWhatIsUnderThePointer) {
     spectrum->calCurrent.a = 1e300;
     EXPECT_EQ(pointerLine(*spectrum, 1323), "Channel 1323   12345 counts");
 }
+
+TEST_F(StatusText, TellsWhatADrawnRangeHas) {
+    spectrum->channelCount = 2000;
+    spectrum->counts[1990] = 10;
+    spectrum->counts[1995] = 500;
+    spectrum->counts[1999] = 20;
+    EXPECT_EQ(rangeLine(*spectrum, drawnRange(*spectrum, 2100.5, 1990.4)),
+              "Channels 1990 to 1999   10 wide   sum 530   net 380");
+    EXPECT_EQ(drawnRange(*spectrum, -50, 3).low, 0);
+}
 }  // namespace
 }  // namespace kestrel

@@ -286,6 +286,40 @@ TEST_F(Analysis, MeasuresAllPeaksAndBringsThemBackFromTheListAndFromEachStep) {
     form7().loadButton->click();
     ASSERT_EQ(settings.peakSetCount, found);
     EXPECT_EQ(settings.peakSets[found - 1].net, measured[found - 1].net);
+    key(Qt::Key_Space);
+    EXPECT_EQ(module->view.cursorCh, (measured[0].pkLow + measured[0].pkHigh) / 2);
+}
+
+TEST_F(Analysis, TakesARegionThatIsDrawnWithShift) {
+    form2->grab();
+    trigger("pkarea");
+    PictureBox& plot = *form2->plotArea;
+    const auto at = [&plot](int channel) {
+        return QPoint(static_cast<const PainterCanvas&>(plot.canvas()).toDevice(channel, 0).x(),
+                      plot.height() / 2);
+    };
+    const auto draw = [&](int from, int to) {
+        QTest::mousePress(&plot, Qt::LeftButton, Qt::ShiftModifier, at(from));
+        QMouseEvent move(QEvent::MouseMove, at(to), plot.mapToGlobal(at(to)), Qt::NoButton,
+                         Qt::LeftButton, Qt::ShiftModifier);
+        QApplication::sendEvent(&plot, &move);
+        const QString told = form2->pointerStatus->text();
+        QTest::mouseRelease(&plot, Qt::LeftButton, Qt::ShiftModifier, at(to));
+        return told;
+    };
+    const auto shown = [](const QLineEdit* bound) { return bound->text().trimmed().toInt(); };
+    EXPECT_TRUE(draw(1000, 1200).contains(" wide   sum "));
+    draw(1500, 1300);  // backwards is the same
+    EXPECT_NEAR(shown(form7().lowBackgroundFrom), 1000, 4);
+    EXPECT_NEAR(shown(form7().lowBackgroundTo), 1200, 4);
+    draw(1600, 1700);
+    EXPECT_NEAR(shown(form7().peakFrom), 1300, 4);
+    EXPECT_NEAR(shown(form7().highBackgroundTo), 1700, 4);
+    EXPECT_GT(module->settings.peakSets[0].net, 1000);
+    EXPECT_EQ(module->view.viewEndCh, 4096) << "it shows no other range";
+    EXPECT_TRUE(form7().close());
+    draw(1000, 2000);
+    EXPECT_NEAR(module->view.viewEndCh, 2000, 4);
 }
 
 TEST_F(Analysis, OpensNoPeakAreasWithoutALiveTimeAndLetsTheUserLeaveThem) {
