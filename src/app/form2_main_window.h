@@ -73,6 +73,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void dropEvent(QDropEvent* event) override;
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
   private:
     // A menu, an item of one, or a separator.

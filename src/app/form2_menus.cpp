@@ -3,6 +3,7 @@
 #include <array>
 
 #include <QActionGroup>
+#include <QContextMenuEvent>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -200,6 +201,25 @@ void Form2::buildMenus() {
     // The range shown decides whether it can be scaled by.
     connect(actionNamed("compare")->menu(), &QMenu::aboutToShow, this, &Form2::showMarks);
     showMarks();
+}
+
+// What is asked for at a place of the plot. While regions are entered the right button of the mouse
+// enters them, so that the menu has its key only.
+void Form2::contextMenuEvent(QContextMenuEvent* event) {
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QRect plot(plotArea->mapTo(this, QPoint()), plotArea->size());
+    const bool entering = module_.peakArea.fields.bounds.shown;
+    if (!byKey && (entering || !plot.contains(event->pos())))
+        return;
+    auto* menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("plotMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setToolTipsVisible(true);
+    menu->installEventFilter(this);
+    for (const char* name :
+         {"win_wngy", "peaks", "jump_ch", "showAll", "zoomBack", "fitScale", "savePicture"})
+        menu->addAction(actionNamed(name));
+    menu->popup(byKey ? mapToGlobal(plot.center()) : event->globalPos());
 }
 
 QAction* Form2::actionNamed(const char* name) const {

@@ -61,6 +61,7 @@ Form9::Form9(EnergyListContext context, QWidget* parent)
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Kestrel - EnergyList"));
     tabs->setObjectName(QStringLiteral("SSTab1"));
+    tabs->setAccessibleName(tr("List and Gate"));
     buildListTab();
     buildGateTab();
     auto* layout = new QVBoxLayout(this);

@@ -741,6 +741,24 @@ TEST_F(MainWindow, KeepsItsColoursAndDrawsItselfInThem) {
     EXPECT_EQ(form2->picture().pixel(1, 1), white);
 }
 
+TEST_F(MainWindow, HasAMenuOfThePlotWhereTheRightButtonEntersNothing) {
+    openSample();
+    const auto ask = [this](QContextMenuEvent::Reason reason) {
+        QContextMenuEvent asked(reason, {200, 200}, form2->plotArea->mapToGlobal(QPoint(200, 200)));
+        QApplication::sendEvent(form2->plotArea, &asked);
+        return QApplication::activePopupWidget();
+    };
+    QWidget* menu = ask(QContextMenuEvent::Mouse);
+    ASSERT_NE(menu, nullptr);
+    QTest::keyClick(menu, Qt::Key_A);
+    EXPECT_EQ(module->view.viewEndCh, 4096);
+    trigger("pkarea");
+    EXPECT_EQ(ask(QContextMenuEvent::Mouse), nullptr);
+    menu = ask(QContextMenuEvent::Keyboard);
+    ASSERT_NE(menu, nullptr);
+    menu->close();
+}
+
 TEST_F(MainWindow, ChoosesByLettersOfAMenuThatAreAlsoKeysOfThePlot) {
     QTest::keyClick(form2.get(), Qt::Key_F, Qt::AltModifier);
     QWidget* menu = QApplication::activePopupWidget();
