@@ -119,4 +119,10 @@ FittedPeaks fitCalibration(const CalibrationPoints& points, int channelCount) {
     return fitted;
 }
 
+void keepCalibration(Spectrum& spectrum, const Calibration& calibration) {
+    spectrum.useFileCalibration = false;
+    spectrum.calDefault = calibration;
+    spectrum.calCurrent = calibration;
+}
+
 }  // namespace kestrel

@@ -44,4 +44,8 @@ struct FittedPeaks {
 // does not rise all over the spectrum.
 FittedPeaks fitCalibration(const CalibrationPoints& points, int channelCount);
 
+// Makes it the user's calibration, in force for this spectrum and for all that are opened from now
+// on, until the files' own are chosen again.
+void keepCalibration(Spectrum& spectrum, const Calibration& calibration);
+
 }  // namespace kestrel

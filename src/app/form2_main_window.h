@@ -159,6 +159,10 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     std::optional<SecondCounts> secondForPeaks() const;
     PeaksContext peaksContext();
     void showPeaks();
+    void calibrateFromPeaks();
+    void useLastPeakCalibration();
+    bool hasLastPeakCalibration() const;
+    void showCalibration();
 
     void openSecondFile();
     void swapSpectra();

@@ -100,6 +100,12 @@ std::span<const Form2::Action> Form2::actions() {
         Action{"colours", "safeColours", "&Safe", "", "",
                "Colours on black that the colour-blind tell apart",
                &F::useColours<ColourScheme::Safe>, &F::usesColours<ColourScheme::Safe>},
+        Action{"optn", ""},
+        Action{"optn", "peakCalibration", "Calibrate from Pea&ks...", "", "",
+               "Calibrate channels to energies with many peaks", &F::calibrateFromPeaks},
+        Action{"optn", "lastPeakCalibration", "&Use Last Peak Calibration", "", "",
+               "Calibrate as it was applied last from peaks, also in an earlier run",
+               &F::useLastPeakCalibration, nullptr, &F::hasLastPeakCalibration},
         Action{"", "win", "&Window"},
         Action{"win", "win_wngy", "Open &EnergyList", "F5, E", "",
                "List the lines near the energy at the cursor", &F::showEnergyList},
@@ -262,10 +268,8 @@ void Form2::showPrintPreview() {
 void Form2::calibrateEnergy() {
     Form5 form5(module_.spectrum, module_.calibrationTexts, dialogs_,
                 module_.settings.windowPlacement[calibrationPlacement], this);
-    if (form5.exec() == QDialog::Accepted) {
-        followSpectrum();
-        view_.redraw();
-    }
+    if (form5.exec() == QDialog::Accepted)
+        showCalibration();
     focusPlot();
 }
 

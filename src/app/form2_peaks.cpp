@@ -1,6 +1,8 @@
-// The peaks window of the main window.
+// The peaks window of the main window, and the calibration from peaks.
 
+#include "analysis/calibration_file.h"
 #include "app/form2_main_window.h"
+#include "peaks/form14_peak_calibration.h"
 
 namespace kestrel {
 
@@ -42,6 +44,39 @@ void Form2::showPeaks() {
     peaks_->show();
     peaks_->raise();
     peaks_->activateWindow();
+}
+
+void Form2::calibrateFromPeaks() {
+    Preferences& preferences = module_.preferences;
+    Form14 form14({module_.spectrum, module_.derived, preferences.peakCalibration, module_.palette,
+                   preferences.peakCalibrationWindow, module_.settings.lastDirectory,
+                   module_.settings.marigoldDir, module_.database, dialogs_},
+                  this);
+    if (form14.exec() == QDialog::Accepted)
+        showCalibration();
+    focusPlot();
+}
+
+void Form2::useLastPeakCalibration() {
+    const ReadPoints last = readCalibrationText(module_.preferences.peakCalibration);
+    const FittedPeaks fitted = fitCalibration(last.points, module_.spectrum.channelCount);
+    if (fitted.refusal.empty()) {
+        keepCalibration(module_.spectrum, fitted.calibration);
+        showCalibration();
+    } else {
+        dialogs_.message({last.refusal.empty() ? fitted.refusal : last.refusal});
+    }
+    focusPlot();
+}
+
+bool Form2::hasLastPeakCalibration() const {
+    return !module_.preferences.peakCalibration.empty();
+}
+
+// One that has changed.
+void Form2::showCalibration() {
+    followSpectrum();
+    view_.redraw();
 }
 
 }  // namespace kestrel

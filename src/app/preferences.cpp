@@ -33,6 +33,10 @@ std::string textOf(ColourScheme value) {
     return std::string(schemeNames.at(static_cast<std::size_t>(value)));
 }
 
+std::string textOf(const std::string& value) {
+    return value;
+}
+
 std::string textOf(const std::vector<std::string>& value) {
     return joinedLines(value);
 }
@@ -71,6 +75,10 @@ void take(std::string_view text, ColourScheme& value) {
         value = static_cast<ColourScheme>(name - schemeNames.begin());
 }
 
+void take(std::string_view text, std::string& value) {
+    value = text;
+}
+
 void take(std::string_view text, std::vector<std::string>& value) {
     value = splitLines(text);
     value.resize(std::min(value.size(), mostTexts));
@@ -96,6 +104,8 @@ constexpr std::array fields = {
     field<&Preferences::photonsOnly>("photonsOnly"),
     field<&Preferences::colours>("colours"),
     field<&Preferences::peaksWindow>("peaksWindow"),
+    field<&Preferences::peakCalibrationWindow>("peakCalibrationWindow"),
+    field<&Preferences::peakCalibration>("peakCalibration"),
     field<&Preferences::recentFiles>("recentFiles"),
 };
 

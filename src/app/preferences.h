@@ -18,6 +18,8 @@ struct Preferences : PlotLook {
     bool markLabels = false;
     bool photonsOnly = false;  // marks of gamma and X-rays, no electron lines
     WindowPlacement peaksWindow;
+    WindowPlacement peakCalibrationWindow;
+    std::string peakCalibration;           // applied last, as a file of it; none: empty
     std::vector<std::string> recentFiles;  // the last one first
     KeyedLines asStored;                   // as this run has read or last written them
 };

@@ -38,12 +38,14 @@ TEST_F(PreferencesFile, KeepsWhatWasChanged) {
     preferences.colours = ColourScheme::Safe;
     preferences.peaksWindow = {-150, 30, 9000, 6000};
     preferences.recentFiles = awkward;
+    preferences.peakCalibration = "curve\n1 0 1 used\n";
     writePreferences(preferences);
     const Preferences back = read();
     EXPECT_FALSE(back.energyAxis);
     EXPECT_EQ(back.colours, ColourScheme::Safe);
     EXPECT_EQ(back.peaksWindow, preferences.peaksWindow);
     EXPECT_EQ(back.recentFiles, awkward);
+    EXPECT_EQ(back.peakCalibration, preferences.peakCalibration);
     EXPECT_EQ(read("peaksWindow=1 2 3\n").peaksWindow, WindowPlacement());
 }
 

@@ -4,8 +4,10 @@
 #include <limits>
 
 #include <QClipboard>
+#include <QTimer>
 
 #include "nuclide_fixture.h"
+#include "peaks/form14_peak_calibration.h"
 #include "window_fixture.h"
 
 namespace kestrel {
@@ -153,6 +155,121 @@ TEST_F(PeaksWindowTest, SavesCopiesAndKeepsItsPlace) {
     EXPECT_EQ(peaks(), nullptr);
     trigger("peaks");
     EXPECT_EQ(peaks()->size(), QSize(777, 444));
+}
+
+class PeakCalibrationTest : public test::WindowTest {
+  protected:
+    PeakCalibrationTest() {
+        module->database = test::nuclideDatabase();
+        module->settings.marigoldDir = KESTREL_NUCLIDE_DATA;
+        start();
+        openSample("eu152-co60-cs137-1024.chn");
+    }
+    void calibrate(const std::function<void(Form14&)>& work) const {
+        bool worked = false;
+        QTimer::singleShot(0, qApp, [&] {
+            auto* form = qobject_cast<Form14*>(QApplication::activeModalWidget());
+            ASSERT_NE(form, nullptr);
+            ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+            work(*form);
+            worked = true;
+            form->reject();
+        });
+        trigger("peakCalibration");
+        EXPECT_TRUE(worked);
+    }
+    static QString cell(const Form14& form, int row, Form14::Column column) {
+        return form.peakTable->item(row, column)->text();
+    }
+    static int rowAt(const Form14& form, double channel) {
+        int row = 0;
+        while (cell(form, row, Form14::Channel).toDouble() < channel)
+            ++row;
+        return row;
+    }
+    static int pointsIn(const Form14& form) {
+        int points = 0;
+        for (int row = 0; row < form.peakTable->rowCount(); ++row)
+            points += cell(form, row, Form14::Energy).isEmpty() ? 0 : 1;
+        return points;
+    }
+    static void press(const Form14& form, Qt::Key which) { QTest::keyClick(form.peakTable, which); }
+    // As it is typed, in the row that is current, and Enter.
+    static void type(Form14& form, const char* energy) {
+        press(form, static_cast<Qt::Key>(energy[0]));
+        auto* editor = form.peakTable->findChild<QLineEdit*>();
+        ASSERT_NE(editor, nullptr);
+        QTest::keyClicks(editor, energy + 1);
+        QTest::keyClick(editor, Qt::Key_Return);
+        QApplication::processEvents();
+    }
+};
+
+TEST_F(PeakCalibrationTest, RecognisesTheSourceAndKeepsItsCalibrationForTheNextStart) {
+    EXPECT_FALSE(form2->findChild<QAction*>("lastPeakCalibration")->isEnabled());
+    calibrate([](Form14& form) {
+        EXPECT_TRUE(form.recognition->text().startsWith("This fits Eu-152: "));
+        EXPECT_FALSE(form.applyButton->isEnabled());
+        QTest::keyClick(form.windowHandle(), Qt::Key_F, Qt::AltModifier);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return pointsIn(form) == 10; }));
+        form.applyButton->click();
+    });
+    const Calibration applied = module->spectrum.calCurrent;
+    EXPECT_NEAR(energyAt(applied, 441.33), 661.66, 0.5) << "caesium is not one of the points";
+    openSample("eu152-co60-cs137-4096.chn");
+    EXPECT_EQ(module->spectrum.calCurrent, applied) << "also for the spectra opened from now on";
+    form2->close();
+    const auto next = std::make_unique<Module1>();
+    startModule1(*next, folder.path());
+    EXPECT_TRUE(next->spectrum.useFileCalibration);
+    Form2 restarted(*next, dialogs);
+    ASSERT_TRUE(restarted.findChild<QAction*>("lastPeakCalibration")->isEnabled());
+    restarted.findChild<QAction*>("lastPeakCalibration")->trigger();
+    EXPECT_EQ(next->spectrum.calCurrent, applied);
+}
+
+TEST_F(PeakCalibrationTest, TakesTypedEnergiesAndThoseOfANuclide) {
+    dialogs.fileAnswer = {.path = folder.file("kept.pcal"), .filterIndex = 1};
+    calibrate([](Form14& form) {
+        const int first = rowAt(form, 81);
+        const int last = rowAt(form, 938);
+        form.peakTable->setCurrentCell(first, 0);
+        type(form, "121,78");
+        EXPECT_EQ(cell(form, first, Form14::Energy), "121.78");
+        EXPECT_EQ(form.summary->text(),
+                  "A straight line needs 2 peaks of different channels; there are 1.");
+        form.peakTable->setCurrentCell(last, 0);
+        QTest::keyClicks(form.nuclideField, "eu152");
+        QTest::keyClick(form.nuclideField, Qt::Key_Return);
+        ASSERT_GT(form.lineGrid->model()->rowCount(), 10);
+        int row = 1;
+        while (!form.lineGrid->text(row, 1).startsWith("1408.0"))
+            ++row;
+        form.lineGrid->goTo(row, 1, 1);
+        QTest::keyClick(form.lineGrid, Qt::Key_Return);
+        EXPECT_EQ(cell(form, last, Form14::Residual), "0.000");
+        form.matchButton->click();
+        const int matched = pointsIn(form);
+        EXPECT_GE(matched, 8);
+        press(form, Qt::Key_Space);
+        EXPECT_EQ(cell(form, last, Form14::Used), "no");
+        EXPECT_NE(cell(form, last, Form14::Residual), "0.000");
+        press(form, Qt::Key_Delete);
+        EXPECT_EQ(pointsIn(form), matched - 1);
+        QTest::keyClicks(form.curveChoice, "P");
+        form.saveButton->click();
+    });
+    const std::string kept = folder.read("kept.pcal");
+    EXPECT_TRUE(kept.starts_with("Kestrel peak calibration\ncurve parabola\n"));
+    calibrate([&](Form14& form) {
+        form.loadButton->click();
+        EXPECT_TRUE(form.applyButton->isEnabled());
+        const int points = pointsIn(form);
+        folder.write("kept.pcal", kept + "x");
+        form.loadButton->click();
+        EXPECT_TRUE(dialogs.messages.back().text.ends_with("is no peak."));
+        EXPECT_EQ(pointsIn(form), points) << "and all stays";
+    });
 }
 
 }  // namespace
