@@ -51,6 +51,7 @@ void Form2::drawPlot(Canvas& canvas) const {
     canvas.setScale(plotScale(module_.view));
     canvas.setForeColour(module_.plotPalette[palette_number::lightRed]);
     drawSpectrum(plotInput(), canvas);
+    drawMarkTexts(markTextsOn(canvas), module_.plotPalette[palette_number::black], canvas);
 }
 
 }  // namespace kestrel

@@ -325,6 +325,7 @@ void Form2::placeCursorMark(const CursorMark& mark) {
 }
 
 void Form2::pictureDrawn() {
+    plotArea->placeTexts(markTextsOn(plotArea->canvas()));
     energyStrip->update();
     if (peaks_)
         peaks_->follow();

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <QAction>
 #include <QLabel>
@@ -121,6 +122,15 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     bool looks() const {
         return module_.preferences.*part;
     }
+    template <bool Preferences::*choice>
+    void switchMarkChoice() {
+        module_.preferences.*choice = !(module_.preferences.*choice);
+        showNuclideMarks();
+    }
+    template <bool Preferences::*choice>
+    bool marksBy() const {
+        return module_.preferences.*choice;
+    }
     void savePicture();
     void drawPlot(Canvas& canvas) const;
     void takeLook();
@@ -195,6 +205,11 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void chooseDatabaseDir();
     void switchNuclideMarks();
     void buildMarks();
+    void showNuclideMarks();
+    MarkedNuclide shownNuclide() const;
+    void listMarkedNuclides();
+    void removeMarked(std::size_t number);
+    std::vector<PlacedText> markTextsOn(const Canvas& canvas) const;
     void openSpectrumFile();
     void openAnyFile();
     void listRecentFiles();
@@ -233,6 +248,7 @@ class Form2 : public QMainWindow, private ViewWindow, private NuclideWindows {
     void showMainWindow() override;
     void showEnergyList() override;
     void showNuclideData() override;
+    void switchMarkedNuclide() override;
 
     PlotInput plotInput() const;
 

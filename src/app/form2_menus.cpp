@@ -84,6 +84,14 @@ std::span<const Form2::Action> Form2::actions() {
         Action{"optn", "o11(3)", "Nucl&ROI(ON/OFF)", "B", "",
                "Show or hide the marks of a nuclide's lines", &F::switchNuclideMarks},
         Action{"optn", ""},
+        Action{"optn", "markLabels", "&Mark Labels", "", "",
+               "Show or hide nuclide and energy above each mark",
+               &F::switchMarkChoice<&Preferences::markLabels>,
+               &F::marksBy<&Preferences::markLabels>},
+        Action{"optn", "photonsOnly", "G&amma and X-Rays Only", "", "",
+               "Mark no electron and beta lines", &F::switchMarkChoice<&Preferences::photonsOnly>,
+               &F::marksBy<&Preferences::photonsOnly>},
+        Action{"optn", "markedNuclides", "Marked N&uclides"},
         Action{"optn", "energyAxis", "Energy A&xis", "", "",
                "Show or hide the strip of energies below the plot", &F::switchEnergyAxis,
                &F::showsEnergyAxis},
@@ -204,6 +212,8 @@ void Form2::buildMenus() {
         parent->addAction(made);
     }
     connect(actionNamed("recent")->menu(), &QMenu::aboutToShow, this, &Form2::listRecentFiles);
+    connect(actionNamed("markedNuclides")->menu(), &QMenu::aboutToShow, this,
+            &Form2::listMarkedNuclides);
     // The range shown decides whether it can be scaled by.
     connect(actionNamed("compare")->menu(), &QMenu::aboutToShow, this, &Form2::showMarks);
     showMarks();

@@ -37,9 +37,11 @@ struct Module1 {
     CalibrationTexts calibrationTexts;  // the two points last accepted in this run
     PeakAreaState peakArea;
     NuclideDatabase database;
-    NuclideData nuclide;          // what the nuclide data window shows
-    std::string selectedNuclide;  // its key, such as "Eu-152m" or "Co- 60g"
-    bool nuclRoiOn = true;        // the marks of a nuclide are shown
+    NuclideData nuclide;                        // what the nuclide data window shows
+    std::string selectedNuclide;                // its key, such as "Eu-152m" or "Co- 60g"
+    bool nuclRoiOn = true;                      // the marks of nuclides are shown
+    std::vector<MarkedNuclide> markedNuclides;  // chosen to be marked at once
+    NuclideMarks marks;                         // as the plot shows them
 };
 
 // The state at a start of the program: settings read from `systemDir`, then a blank spectrum of

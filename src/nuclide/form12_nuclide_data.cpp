@@ -71,6 +71,9 @@ void Form12::placeControls() {
     QAction* nuc1 = menu->addAction(QStringLiteral("&Nuclide"));
     nuc1->setObjectName(QStringLiteral("nuc1"));
     connect(nuc1, &QAction::triggered, this, &Form12::askNuclide);
+    QAction* mark = menu->addAction(tr("&Mark or Unmark"), this,
+                                    [this] { context_.windows.switchMarkedNuclide(); });
+    mark->setObjectName(QStringLiteral("mark"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(6, 6, 6, 6);
     column->setMenuBar(menu);

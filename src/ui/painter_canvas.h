@@ -32,6 +32,9 @@ class PainterCanvas : public Canvas {
     // Takes effect with the next device.
     void setFontPoints(double points) { fontPoints_ = points; }
 
+    // Of its texts, in dots of the device.
+    const QFont& font() const { return font_; }
+
     // A part of the device, in dots, takes the place of the whole.
     void goOnIn(const QRect& part);
 

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 #include <QClipboard>
+#include <QFontMetrics>
 #include <QGuiApplication>
 #include <QPaintEvent>
 #include <QPainter>
@@ -14,6 +16,7 @@
 #include "base/palette.h"
 #include "ui/colours.h"
 #include "ui/fonts.h"
+#include "ui/text_codec.h"
 #include "ui/virtual_keys.h"
 
 namespace kestrel {
@@ -80,6 +83,12 @@ void PictureBox::placeCursorMark(const CursorMark& mark) {
     update(strip(mark_));
 }
 
+void PictureBox::placeTexts(std::vector<PlacedText> texts) {
+    if (!texts.empty() || !texts_.empty())
+        update();
+    texts_ = std::move(texts);
+}
+
 // The column of the widget that a mark can touch.
 QRect PictureBox::strip(const CursorMark& mark) const {
     if (!mark.shown)
@@ -98,6 +107,7 @@ void PictureBox::paintEvent(QPaintEvent* event) {
     // Dot by dot, whatever fraction the pixel ratio is.
     painter.scale(1.0 / ratio, 1.0 / ratio);
     painter.drawImage(QPointF(0, 0), picture_);
+    paintTexts(painter);
     QColor bandColour = toQColor(palette_[palette_number::grey]);
     bandColour.setAlpha(bandStrength);
     painter.fillRect(band(), bandColour);
@@ -107,6 +117,20 @@ void PictureBox::paintEvent(QPaintEvent* event) {
         const int width = std::max(1, qRound(ratio));
         painter.fillRect(QRect(top.x() - width / 2, top.y(), width, bottom.y() - top.y() + 1),
                          toQColor(palette_[CursorMark::colour]));
+    }
+}
+
+// Each on a ground of its own, so that it can be read over a curve.
+void PictureBox::paintTexts(QPainter& painter) const {
+    painter.setFont(canvas_.font());
+    const QFontMetrics metrics(canvas_.font());
+    for (const PlacedText& placed : texts_) {
+        const QString text = toWindow(placed.text);
+        const QRect box(canvas_.toDevice(placed.x, placed.y),
+                        QSize(metrics.horizontalAdvance(text), metrics.height()));
+        painter.fillRect(box, toQColor(palette_[palette_number::black]));
+        painter.setPen(toQColor(placed.colour));
+        painter.drawText(box.left(), box.top() + metrics.ascent(), text);
     }
 }
 

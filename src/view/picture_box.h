@@ -1,13 +1,15 @@
-// The plot area: keeps its picture, repaints from it, and lays the cursor mark over it. Copying
-// puts what it shows on the clipboard.
+// The plot area: keeps its picture, repaints from it, and lays cursor mark and texts over it.
+// Copying puts what it shows on the clipboard.
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include <QImage>
 #include <QWidget>
 
 #include "ui/painter_canvas.h"
+#include "view/mark_labels.h"
 #include "view/spectrum_view.h"
 
 namespace kestrel {
@@ -25,10 +27,11 @@ class PictureBox : public QWidget {
 
     // Drawing on it changes the picture, and with it the widget.
     Canvas& canvas() { return canvas_; }
-    // The picture as it is now, without the cursor mark, in device dots.
+    // The picture as it is now, without what lies over it, in device dots.
     const QImage& picture();
 
     void placeCursorMark(const CursorMark& mark);
+    void placeTexts(std::vector<PlacedText> texts);
     // The picture is empty afterwards and must be drawn again.
     void setLook(const PlotLook& look);
 
@@ -77,6 +80,7 @@ class PictureBox : public QWidget {
 
     void makePicture();
     void followScreen();
+    void paintTexts(QPainter& painter) const;
     QRect strip(const CursorMark& mark) const;
     // What the left button has been drawn over, in dots; empty for a mere click.
     QRect band() const;
@@ -86,6 +90,7 @@ class PictureBox : public QWidget {
     QImage picture_;
     PictureCanvas canvas_;
     CursorMark mark_;
+    std::vector<PlacedText> texts_;
     Palette palette_ = standardPalette;
     bool seen_ = false;
     // Between press and release of the left button, in the user scale.

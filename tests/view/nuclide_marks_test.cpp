@@ -5,13 +5,19 @@
 #include <memory>
 #include <vector>
 
+#include "recording_canvas.h"
+#include "view/mark_labels.h"
+#include "view/plot_look.h"
+
 namespace kestrel {
 namespace {
 
-class NuclideMarks : public testing::Test {
+class NuclideMarksTest : public testing::Test {
   protected:
     void build(const std::vector<MarkedLine>& lines, bool on = true) {
-        buildNuclideMarks(*colours, on, lines, *spectrum, standardPalette);
+        const MarkedNuclide nuclide{"Xx-1", lines};
+        colourChannels(
+            *colours, on ? marksOfOne(nuclide, false, *spectrum, standardPalette) : NuclideMarks{});
     }
     int marked() const {
         return static_cast<int>(
@@ -22,13 +28,13 @@ class NuclideMarks : public testing::Test {
     // Out of the way, and too weak to be seen.
     const MarkedLine weak{8000, 1};
 
-    NuclideMarks() {
+    NuclideMarksTest() {
         spectrum->channelCount = 4096;
         spectrum->calCurrent = {0, 1, 0};
     }
 };
 
-TEST_F(NuclideMarks, StandAroundEachLineInTheColourOfItsIntensity) {
+TEST_F(NuclideMarksTest, StandAroundEachLineInTheColourOfItsIntensity) {
     struct Case {
         double intensity;
         std::size_t colour;
@@ -51,7 +57,7 @@ TEST_F(NuclideMarks, StandAroundEachLineInTheColourOfItsIntensity) {
     }
 }
 
-TEST_F(NuclideMarks, EndWithTheSpectrum) {
+TEST_F(NuclideMarksTest, EndWithTheSpectrum) {
     struct Case {
         std::vector<MarkedLine> lines;
         int marked;
@@ -72,14 +78,14 @@ TEST_F(NuclideMarks, EndWithTheSpectrum) {
     EXPECT_EQ(marked(), 13 + 0);
 }
 
-TEST_F(NuclideMarks, OverwriteEachOtherInTheOrderOfTheLines) {
+TEST_F(NuclideMarksTest, OverwriteEachOtherInTheOrderOfTheLines) {
     build({{1000, 90}, {1005, 0.5}});
     EXPECT_EQ(marked(), 5);
     EXPECT_EQ((*colours)[997], standardPalette[12]);
     EXPECT_EQ((*colours)[998], 0);
 }
 
-TEST_F(NuclideMarks, AreGoneWhenSwitchedOffAndWhateverTheCalibrationIs) {
+TEST_F(NuclideMarksTest, AreGoneWhenSwitchedOffAndWhateverTheCalibrationIs) {
     build({{1000, 90}, weak});
     build({{1000, 90}, weak}, false);
     EXPECT_EQ(marked(), 0);
@@ -92,6 +98,51 @@ TEST_F(NuclideMarks, AreGoneWhenSwitchedOffAndWhateverTheCalibrationIs) {
                                            {0, 0, 1}}) {
         spectrum->calCurrent = calibration;
         EXPECT_NO_THROW(build({{1000, 90}, {1e6, 90}, {-1e6, 90}})) << calibration.b;
+    }
+}
+
+TEST_F(NuclideMarksTest, OfSeveralHaveAColourEachAndTheStrongerLineOnTop) {
+    const MarkedNuclide nuclides[] = {{"A-1", {{100, 90}, {200, 1}, {300, 50, false}}},
+                                      {"B-2", {{104, 20}, {4095, 90}, {500, 2}}}};
+    const NuclideMarks all = marksOfSeveral(nuclides, false, *spectrum, standardPalette);
+    colourChannels(*colours, all);
+    EXPECT_EQ((*colours)[106], all.legend[0].colour) << "of the stronger line";
+    EXPECT_EQ((*colours)[107], all.legend[1].colour);
+    EXPECT_EQ((*colours)[500], all.legend[1].colour);
+    EXPECT_EQ((*colours)[300], all.legend[0].colour);
+    EXPECT_EQ(marked(), 18 + 14 + 14);
+    colourChannels(*colours, marksOfSeveral(nuclides, true, *spectrum, standardPalette));
+    EXPECT_EQ((*colours)[300], 0) << "an electron line";
+}
+
+TEST_F(NuclideMarksTest, LeaveAWeakLineWithoutAColourInEveryPalette) {
+    for (const ColourScheme scheme : {ColourScheme::Light, ColourScheme::Safe})
+        EXPECT_EQ(
+            marksOfOne({"A-1", {{100, 0.5}, {200, 50}}}, false, *spectrum, plotPalette(scheme))
+                .lines[0]
+                .colour,
+            0);
+}
+
+TEST_F(NuclideMarksTest, HaveTextsThatNeitherOverlapNorLeaveThePlot) {
+    MarkedNuclide crowded{"Xx-123", {}};
+    for (int i = 0; i < 200; ++i)
+        crowded.lines.push_back({20.0 * i, 2.0 + i % 90});
+    const std::vector<MarkedNuclide> nuclides(mostMarkedNuclides, crowded);
+    const ViewState view{.viewStartCh = 0, .viewEndCh = 2048, .viewWidth = 2048};
+    test::RecordingCanvas canvas;
+    canvas.setScale(plotScale(view));
+    const NuclideMarks marks = marksOfSeveral(nuclides, false, *spectrum, standardPalette);
+    EXPECT_EQ(markTexts(marks, false, view, canvas).size(), mostMarkedNuclides) << "a legend";
+    const std::vector<PlacedText> texts = markTexts(marks, true, view, canvas);
+    ASSERT_GT(texts.size(), mostMarkedNuclides + 10);
+    const auto right = [&](const PlacedText& t) { return t.x + canvas.textWidth(t.text); };
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        EXPECT_TRUE(texts[i].x >= 0 && right(texts[i]) <= canvas.scale().right) << texts[i].text;
+        for (std::size_t k = 0; k < i; ++k)
+            EXPECT_TRUE(std::abs(texts[i].y - texts[k].y) >= canvas.textHeight() ||
+                        right(texts[i]) < texts[k].x || right(texts[k]) < texts[i].x)
+                << texts[i].text << ' ' << texts[k].text;
     }
 }
 

@@ -159,6 +159,38 @@ TEST_F(NuclideWindowsTest, LeadFromAPeakToItsNuclideAndItsMarks) {
     EXPECT_EQ(markedChannels(), 0);
 }
 
+TEST_F(NuclideWindowsTest, MarkUpToFiveNuclidesAtOnceOverThePicture) {
+    trigger("win_nd");
+    Form12& form12 = *nuclideData();
+    QAction& mark = *form12.findChild<QAction*>("mark");
+    mark.trigger();
+    EXPECT_TRUE(module->markedNuclides.empty()) << "none is shown";
+    for (const char* name : {"cs137", "co60", "eu152", "k40", "ba133", "na22"}) {
+        form12.findField->setText(name);
+        QTest::keyClick(form12.findField, Qt::Key_Return);
+        mark.trigger();
+    }
+    ASSERT_EQ(module->markedNuclides.size(), mostMarkedNuclides);
+    EXPECT_EQ(dialogs.messages.size(), 1U) << "for the sixth";
+    EXPECT_EQ(module->markedNuclides[1].name, "Co-60");
+    form12.close();
+    returnToPlot();
+    const std::int16_t peak = energyToChannel(module->spectrum.calCurrent, 661.66);
+    EXPECT_EQ(module->channelColour[peak], module->marks.legend[0].colour);
+    const QImage drawn = form2->picture().copy();
+    const QImage seen = form2->plotArea->grab().toImage();
+    trigger("markLabels");
+    EXPECT_NE(form2->plotArea->grab().toImage(), seen);
+    EXPECT_EQ(form2->picture(), drawn) << "the labels lie over it";
+    QMenu& list = *form2->findChild<QAction*>("markedNuclides")->menu();
+    for (std::size_t left = mostMarkedNuclides; left-- > 0;) {
+        emit list.aboutToShow();
+        list.actions()[0]->trigger();
+        EXPECT_EQ(module->markedNuclides.size(), left);
+    }
+    EXPECT_EQ(markedChannels(), 0);
+}
+
 TEST_F(NuclideWindowsTest, AreWorkedByKeys) {
     Form9* form9 = energyList(1332.5);
     Grid& grid = *form9->lineGrid;
