@@ -35,7 +35,7 @@ class AreaHistory {
   private:
     struct Step {
         PeakAreaTable sets;
-        std::int16_t setCount;
+        std::int16_t setCount = 0;
         PeakAreaState state;
     };
     std::deque<Step> steps_;

@@ -24,7 +24,7 @@ double halfWidthOf(const EnergyEntries& entries);
 
 class EnergyFilter {
   public:
-    // Faults: Overflow for an entry beyond single precision.
+    // Faults: those of parseLeadingNumber.
     explicit EnergyFilter(const EnergyEntries& entries);
 
     // Whether the present row of the energy window's query passes.

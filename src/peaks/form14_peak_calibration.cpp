@@ -33,6 +33,7 @@ std::vector<SourceLine> gammaLines(const NuclideData& nuclide) {
 
 std::vector<GridRow> lineRows(const std::vector<SourceLine>& lines) {
     std::vector<GridRow> rows;
+    rows.reserve(lines.size());
     for (const SourceLine& line : lines)
         rows.push_back(
             {{formatNumber(line.energy, "0.00")}, {formatNumber(line.intensity, "0.00")}});

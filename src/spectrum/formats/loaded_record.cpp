@@ -1,6 +1,7 @@
 #include "spectrum/formats/loaded_record.h"
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -30,7 +31,7 @@ WholeCounts wholeCounts(const std::vector<double>& counts, std::size_t group) {
         double sum = 0;
         for (std::size_t i = first; i < std::min(first + group, counts.size()); ++i)
             sum += counts[i];
-        if (!(sum <= std::numeric_limits<std::int32_t>::max()))
+        if (!(std::abs(sum) <= std::numeric_limits<std::int32_t>::max()))
             throw FormatError("Channel " + std::to_string(first / group) + " has " +
                               plainNumber(sum) + " counts; up to 2147483647 can be shown.");
         whole.counts.push_back(toInt32(sum));
@@ -40,7 +41,7 @@ WholeCounts wholeCounts(const std::vector<double>& counts, std::size_t group) {
 }
 
 Ticks ticksOf(const std::optional<double>& seconds) {
-    if (seconds && !(*seconds * Ticks::perSecond <= mostTicks))
+    if (seconds && !(std::abs(*seconds) * Ticks::perSecond <= mostTicks))
         throw FormatError("A time of " + plainNumber(*seconds) + " seconds is too long.");
     return Ticks::ofSeconds(seconds.value_or(0));
 }
