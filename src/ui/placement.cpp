@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QApplication>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
@@ -26,7 +27,24 @@ QRect availableAround(QPoint point) {
 // maximised one has another frame, as a rule.
 constexpr const char* frameOffset = "frameOffset";
 
+// Where the window system has put it, it may cover the plot or a list.
+void putBeside(QWidget& window) {
+    const QWidget* owner = window.parentWidget();
+    if (owner == nullptr || window.isModal() || window.testAttribute(Qt::WA_Moved))
+        return;
+    QList<QRect> others;
+    for (const QWidget* other : QApplication::topLevelWidgets()) {
+        if (other != &window && other->isVisible())
+            others += other->frameGeometry();
+    }
+    if (const auto corner =
+            cornerBeside(owner->window()->frameGeometry(), window.frameGeometry().size(),
+                         window.screen()->availableGeometry(), others))
+        window.move(*corner);
+}
+
 void fit(QWidget& window) {
+    putBeside(window);
     const QRect screen = window.screen()->availableGeometry();
     const QSize frame = window.frameGeometry().size() - window.size();
     window.setProperty(frameOffset, window.pos() - window.geometry().topLeft());
@@ -72,6 +90,22 @@ class FrameWatch : public QObject {
 };
 
 }  // namespace
+
+std::optional<QPoint> cornerBeside(const QRect& owner, QSize size, const QRect& screen,
+                                   const QList<QRect>& others) {
+    for (const QPoint corner :
+         {QPoint(owner.right() + 1, owner.top()), QPoint(owner.right() + 1, screen.top()),
+          QPoint(owner.right() + 1, screen.bottom() + 1 - size.height()),
+          QPoint(owner.left() - size.width(), owner.top()),
+          QPoint(owner.left(), owner.bottom() + 1),
+          QPoint(owner.left(), owner.top() - size.height())}) {
+        const QRect place(corner, size);
+        const auto covers = [&place](const QRect& other) { return place.intersects(other); };
+        if (screen.contains(place) && std::ranges::none_of(others, covers))
+            return corner;
+    }
+    return std::nullopt;
+}
 
 void keepOnScreen(QWidget& window) {
     new FrameWatch(window);

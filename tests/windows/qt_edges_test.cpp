@@ -11,6 +11,7 @@
 #include "ui/grid.h"
 #include "ui/outside_paths.h"
 #include "ui/painter_canvas.h"
+#include "ui/placement.h"
 #include "ui/text_codec.h"
 #include "ui/virtual_keys.h"
 
@@ -64,6 +65,26 @@ TEST(OutsidePaths, MayBeRelativeOrAUrl) {
     };
     for (const auto& [argument, path] : cases)
         EXPECT_EQ(fullPathOf(argument), path) << argument;
+}
+
+TEST(Placement, PutsANewWindowBesideTheOthersWhereThereIsRoom) {
+    struct Case {
+        QRect owner;
+        QRect screen;
+        QList<QRect> others;
+        std::optional<QPoint> corner;
+    };
+    const QRect large(0, 0, 1920, 1080);
+    for (const Case& c : {Case{{0, 40, 1100, 800}, large, {}, QPoint(1100, 40)},
+                          {{0, 40, 1100, 800}, large, {{1499, 200, 9, 9}}, QPoint(1100, 780)},
+                          {{821, 40, 1100, 800}, large, {}, QPoint(421, 40)},
+                          {{400, 0, 1520, 780}, large, {}, QPoint(0, 0)},
+                          {{300, 300, 1620, 780}, large, {}, QPoint(300, 0)},
+                          {{0, 0, 881, 700}, {0, 0, 1280, 800}, {}, std::nullopt}}) {
+        QList<QRect> shown = c.others;
+        shown += c.owner;
+        EXPECT_EQ(cornerBeside(c.owner, {400, 300}, c.screen, shown), c.corner) << c.owner.x();
+    }
 }
 
 TEST(GridRows, ShowAndCopyWhatADatabaseHoldsAsTexts) {
