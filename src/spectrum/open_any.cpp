@@ -1,5 +1,6 @@
 #include "spectrum/open_any.h"
 
+#include <cmath>
 #include <cstddef>
 #include <filesystem>
 #include <numeric>
@@ -64,7 +65,8 @@ std::string lineOf(const MeasuredSpectrum& spectrum) {
                 formatNumber(spectrum.start->second, "00");
     if (spectrum.liveSeconds)
         line += "  " + plainNumber(*spectrum.liveSeconds) + " s";
-    return line + "  " + plainNumber(sum) + " counts";
+    // Some programs write fractions of counts.
+    return line + "  " + plainNumber(std::nearbyint(sum)) + " counts";
 }
 
 // None when the user cancels.
