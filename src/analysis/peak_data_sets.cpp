@@ -276,11 +276,12 @@ bool enterRange(const PeakAreaWork& work, std::int16_t from, std::int16_t to,
     std::int16_t& field = work.state.focusedField;
     if (field < 1 || field > lastBound)
         return false;
-    const auto low = static_cast<std::size_t>((field - 1) / 2 * 2);
+    const int row = (field - 1) / 2;
+    const auto low = static_cast<std::size_t>(row) * 2;
     auto& texts = work.state.fields.bounds.texts;
     texts[low] = signedNumber(std::int64_t{std::min(from, to)});
     texts[low + 1] = signedNumber(std::int64_t{std::max(from, to)});
-    field = std::min(narrow16(static_cast<int>(low) + 3), lastBound);
+    field = std::min(narrow16(2 * row + 3), lastBound);
     regionsChanged();
     measureEntered(work);
     return true;
