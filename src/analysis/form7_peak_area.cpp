@@ -70,6 +70,12 @@ Form7::Form7(const PeakAreaWork& work, const RegionSource& source, WindowPlaceme
         moveBeside(*parent);
 }
 
+// A field that loses the keys while the window goes would still tell it.
+Form7::~Form7() {
+    for (const QLineEdit* field : findChildren<QLineEdit*>())
+        field->disconnect(this);
+}
+
 // Right of the main window as far as the screen allows, so that little of the plot is covered.
 void Form7::moveBeside(const QWidget& main) {
     const QRect screen = main.screen()->availableGeometry();

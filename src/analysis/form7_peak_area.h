@@ -25,6 +25,9 @@ class Form7 : public QWidget {
     // outlive the window.
     Form7(const PeakAreaWork& work, const RegionSource& source, WindowPlacement& placement,
           std::function<void()> showResults, QWidget* parent);
+    ~Form7() override;
+    Form7(const Form7&) = delete;
+    Form7& operator=(const Form7&) = delete;
 
     // Shows the window with a set; one after the last is a new set.
     void showSet(std::int16_t set);
