@@ -132,6 +132,8 @@ def choose(faults, count, seed):
 
 
 def switched(number, fault):
+    if fault.after == fault.before:  # left out: a switch may be what does not compile
+        return fault.before
     if fault.what == "taken out":
         return f"if (!mutant({number})) {fault.before}"
     return f"(mutant({number}) ? ({fault.after}) : ({fault.before}))"
@@ -180,6 +182,7 @@ def seconds_without_fault(tests):
 def notice(tests, number, limit):
     """How the tests show the fault; None if they do not."""
     with tempfile.TemporaryDirectory() as folder:
+        os.chmod(folder, 0o711)  # some tests act as an ordinary user
         environment = os.environ | {"KESTREL_MUTANT": str(number), "TMPDIR": folder}
         command = [tests, "--gtest_brief=1", "--gtest_fail_fast"]
         with subprocess.Popen(command, cwd=folder, env=environment, stdout=subprocess.DEVNULL,
