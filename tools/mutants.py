@@ -106,7 +106,7 @@ class Finder:
             self.add(cursor, "rounding", re.sub(r"^(std::)?\w+", f"std::{other.replace('std::', '')}", before))
 
     def swapped(self, cursor):
-        if cursor.spelling in ("min", "max"):
+        if cursor.spelling in ("min", "max", "operator==", "operator!="):
             return
         arguments = [a for a in cursor.get_arguments() if a is not None and self.text(a)]
         for a, b in zip(arguments, arguments[1:]):
