@@ -11,13 +11,13 @@ namespace {
 
 struct Kept {
     Settings settings;
-    Spectrum spectrum;
+    CalibrationChoice choice;
 };
 
 std::unique_ptr<Kept> read() {
     auto kept = std::make_unique<Kept>();
     kept->settings.systemDir = folder();
-    readSettings(kept->settings, kept->spectrum);
+    readSettings(kept->settings, kept->choice);
     std::filesystem::current_path(folder());
     return kept;
 }
@@ -38,8 +38,7 @@ void requireSame(const Kept& a, const Kept& b) {
     require(a.settings.marigoldDir == b.settings.marigoldDir);
     require(a.settings.lastDirectory == b.settings.lastDirectory);
     require(a.settings.saveAsDir == b.settings.saveAsDir);
-    require(a.spectrum.calDefault == b.spectrum.calDefault);
-    require(a.spectrum.useFileCalibration == b.spectrum.useFileCalibration);
+    require(a.choice == b.choice);
     for (std::int64_t i = 0; i < 17; ++i)
         require(a.settings.windowPlacement[i] == b.settings.windowPlacement[i]);
     require(a.settings.peakSetCount == b.settings.peakSetCount);
@@ -54,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace kestrel::fuzz;
     writeFile("kestrel.inf", asText(data, size));
     const auto first = read();
-    kestrel::writeSettings(first->settings, first->spectrum);
+    kestrel::writeSettings(first->settings, first->choice);
     const auto second = read();
     if (!namesSection(first->settings))
         requireSame(*first, *second);

@@ -15,8 +15,8 @@ constexpr int columns = 10;
 
 }  // namespace
 
-Form5::Form5(Spectrum& spectrum, CalibrationTexts& kept, Dialogs& dialogs,
-             WindowPlacement& placement, QWidget* parent)
+Form5::Form5(Spectrum& spectrum, CalibrationChoice& choice, CalibrationTexts& kept,
+             Dialogs& dialogs, WindowPlacement& placement, QWidget* parent)
     : ModalForm("Form5", "Option...Energy Calib.", placement, parent),
       lowChannel(fixedPitchField(this, "Text1", columns, "Low channel")),
       lowEnergy(fixedPitchField(this, "Text2", columns, "Low energy in keV")),
@@ -26,6 +26,7 @@ Form5::Form5(Spectrum& spectrum, CalibrationTexts& kept, Dialogs& dialogs,
       okButton(addButton("Command1", "&OK", "OK")),
       cancelButton(addButton("Command2", "&CANCEL", "Cancel")),
       spectrum_(spectrum),
+      choice_(choice),
       kept_(kept),
       dialogs_(dialogs) {
     fileCalibration->setObjectName(QStringLiteral("Check1"));
@@ -77,30 +78,30 @@ void Form5::showKept() {
     lowEnergy->setText(toWindow(kept_.energyLow));
     highChannel->setText(toWindow(kept_.channelHigh));
     highEnergy->setText(toWindow(kept_.energyHigh));
-    fileCalibration->setChecked(spectrum_.useFileCalibration);
+    fileCalibration->setChecked(choice_.useFileCalibration);
     colourFields();
     lowChannel->setFocus();
 }
 
 // The choice counts at once, also when the dialog is cancelled: it decides about the next file.
 void Form5::fileCalibrationClicked() {
-    spectrum_.useFileCalibration = fileCalibration->isChecked();
+    choice_.useFileCalibration = fileCalibration->isChecked();
     colourFields();
 }
 
 void Form5::calibrate() {
-    spectrum_.useFileCalibration = fileCalibration->isChecked();
+    choice_.useFileCalibration = fileCalibration->isChecked();
     const CalibrationTexts typed{.channelLow = fromWindow(lowChannel->text()),
                                  .energyLow = fromWindow(lowEnergy->text()),
                                  .channelHigh = fromWindow(highChannel->text()),
                                  .energyHigh = fromWindow(highEnergy->text())};
-    if (acceptCalibration(spectrum_, typed, kept_, dialogs_))
+    if (acceptCalibration(spectrum_, choice_, typed, kept_, dialogs_))
         accept();
 }
 
 // Light where the typed points count, dark where the file's calibration does.
 void Form5::colourFields() {
-    const int grey = spectrum_.useFileCalibration ? 128 : 192;
+    const int grey = choice_.useFileCalibration ? 128 : 192;
     for (QLineEdit* field : fields()) {
         QPalette palette = field->palette();
         palette.setColor(QPalette::Base, QColor(grey, grey, grey));

@@ -17,8 +17,8 @@ class Form5 : public ModalForm {
 
   public:
     // All must outlive the window.
-    Form5(Spectrum& spectrum, CalibrationTexts& kept, Dialogs& dialogs, WindowPlacement& placement,
-          QWidget* parent);
+    Form5(Spectrum& spectrum, CalibrationChoice& choice, CalibrationTexts& kept, Dialogs& dialogs,
+          WindowPlacement& placement, QWidget* parent);
 
     QLineEdit* const lowChannel;   // channel, low
     QLineEdit* const lowEnergy;    // energy, low
@@ -39,6 +39,7 @@ class Form5 : public ModalForm {
     void colourFields();
 
     Spectrum& spectrum_;
+    CalibrationChoice& choice_;
     CalibrationTexts& kept_;
     Dialogs& dialogs_;
 };

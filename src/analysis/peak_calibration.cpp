@@ -119,9 +119,9 @@ FittedPeaks fitCalibration(const CalibrationPoints& points, int channelCount) {
     return fitted;
 }
 
-void keepCalibration(Spectrum& spectrum, const Calibration& calibration) {
-    spectrum.useFileCalibration = false;
-    spectrum.calDefault = calibration;
+void keepCalibration(const Calibration& calibration, Spectrum& spectrum,
+                     CalibrationChoice& choice) {
+    choice = {.useFileCalibration = false, .calDefault = calibration};
     spectrum.calCurrent = calibration;
 }
 

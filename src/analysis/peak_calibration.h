@@ -46,6 +46,6 @@ FittedPeaks fitCalibration(const CalibrationPoints& points, int channelCount);
 
 // Makes it the user's calibration, in force for this spectrum and for all that are opened from now
 // on, until the files' own are chosen again.
-void keepCalibration(Spectrum& spectrum, const Calibration& calibration);
+void keepCalibration(const Calibration& calibration, Spectrum& spectrum, CalibrationChoice& choice);
 
 }  // namespace kestrel

@@ -24,9 +24,9 @@ void refuse(const char* text, Dialogs& dialogs) {
 
 }  // namespace
 
-bool acceptCalibration(Spectrum& spectrum, const CalibrationTexts& typed, CalibrationTexts& kept,
-                       Dialogs& dialogs) {
-    if (spectrum.useFileCalibration) {
+bool acceptCalibration(Spectrum& spectrum, CalibrationChoice& choice, const CalibrationTexts& typed,
+                       CalibrationTexts& kept, Dialogs& dialogs) {
+    if (choice.useFileCalibration) {
         spectrum.calCurrent = spectrum.calFromFile;
         return true;
     }
@@ -44,8 +44,8 @@ bool acceptCalibration(Spectrum& spectrum, const CalibrationTexts& typed, Calibr
         return false;
     }
     const double slope = (energyLow - energyHigh) / (channelLow - channelHigh);
-    spectrum.calDefault = {.a = energyLow - channelLow * slope, .b = slope, .c = 0};
-    spectrum.calCurrent = spectrum.calDefault;
+    choice.calDefault = {.a = energyLow - channelLow * slope, .b = slope, .c = 0};
+    spectrum.calCurrent = choice.calDefault;
     kept = typed;
     return true;
 }

@@ -21,7 +21,7 @@ struct CalibrationTexts {
 // `typed` is not looked at. With 0 it is the line through the two points; it becomes the user's
 // calibration as well, and `typed` is kept in `kept`. False, after a message and without a change,
 // when the points do not rise. Faults: Overflow (a number beyond single precision).
-bool acceptCalibration(Spectrum& spectrum, const CalibrationTexts& typed, CalibrationTexts& kept,
-                       Dialogs& dialogs);
+bool acceptCalibration(Spectrum& spectrum, CalibrationChoice& choice, const CalibrationTexts& typed,
+                       CalibrationTexts& kept, Dialogs& dialogs);
 
 }  // namespace kestrel

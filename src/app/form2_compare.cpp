@@ -8,7 +8,7 @@ namespace kestrel {
 
 void Form2::openSecondFile() {
     const OpenResult result =
-        openSecond(module_.comparison, module_.spectrum, module_.settings.lastDirectory,
+        openSecond(module_.comparison, openTarget(), module_.settings.lastDirectory,
                    module_.lastFilterIndex, dialogs_);
     if (result == OpenResult::Loaded)
         showSecond();

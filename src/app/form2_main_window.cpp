@@ -270,7 +270,7 @@ bool Form2::closeOtherWindows() {
 // Settings that cannot be saved do not keep the user here for ever.
 bool Form2::saveSettings() {
     try {
-        writeSettings(module_.settings, module_.spectrum);
+        writeSettings(module_.settings, module_.calibrationChoice);
         writePreferences(module_.preferences);
         return true;
     } catch (const RuntimeFault& fault) {
@@ -286,7 +286,7 @@ bool Form2::saveSettings() {
 // Told once; the exit tries and tells again.
 void Form2::savePeakRegions() {
     try {
-        writePeakRegions(module_.settings, module_.spectrum);
+        writePeakRegions(module_.settings, module_.calibrationChoice);
         regionsUnsaved_ = false;
     } catch (const RuntimeFault& fault) {
         if (!std::exchange(regionsUnsaved_, true))
@@ -301,7 +301,7 @@ void Form2::endSession() {
     try {
         if (form7_ && form7_->isVisible())
             keepEntered(peakAreaWork());
-        writeSettings(module_.settings, module_.spectrum);
+        writeSettings(module_.settings, module_.calibrationChoice);
         writePreferences(module_.preferences);
     } catch (const RuntimeFault&) {
         // Nobody is left to be told.

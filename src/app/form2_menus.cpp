@@ -276,7 +276,7 @@ void Form2::showPrintPreview() {
 }
 
 void Form2::calibrateEnergy() {
-    Form5 form5(module_.spectrum, module_.calibrationTexts, dialogs_,
+    Form5 form5(module_.spectrum, module_.calibrationChoice, module_.calibrationTexts, dialogs_,
                 module_.settings.windowPlacement[calibrationPlacement], this);
     if (form5.exec() == QDialog::Accepted)
         showCalibration();

@@ -112,7 +112,8 @@ void Form2::leaf(Direction direction) {
 }
 
 OpenTarget Form2::openTarget() {
-    return {module_.spectrum, module_.derived, module_.headerLines, module_.notice};
+    return {module_.spectrum, module_.derived, module_.headerLines, module_.notice,
+            module_.calibrationChoice};
 }
 
 void Form2::showNotice() {

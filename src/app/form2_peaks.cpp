@@ -48,10 +48,11 @@ void Form2::showPeaks() {
 
 void Form2::calibrateFromPeaks() {
     Preferences& preferences = module_.preferences;
-    Form14 form14({module_.spectrum, module_.derived, preferences.peakCalibration, module_.palette,
-                   preferences.peakCalibrationWindow, module_.settings.lastDirectory,
-                   module_.settings.marigoldDir, module_.database, dialogs_},
-                  this);
+    Form14 form14(
+        {module_.spectrum, module_.calibrationChoice, module_.derived, preferences.peakCalibration,
+         module_.palette, preferences.peakCalibrationWindow, module_.settings.lastDirectory,
+         module_.settings.marigoldDir, module_.database, dialogs_},
+        this);
     if (form14.exec() == QDialog::Accepted)
         showCalibration();
     focusPlot();
@@ -61,7 +62,7 @@ void Form2::useLastPeakCalibration() {
     const ReadPoints last = readCalibrationText(module_.preferences.peakCalibration);
     const FittedPeaks fitted = fitCalibration(last.points, module_.spectrum.channelCount);
     if (fitted.refusal.empty()) {
-        keepCalibration(module_.spectrum, fitted.calibration);
+        keepCalibration(fitted.calibration, module_.spectrum, module_.calibrationChoice);
         showCalibration();
     } else {
         dialogs_.message({last.refusal.empty() ? fitted.refusal : last.refusal});

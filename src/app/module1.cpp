@@ -9,7 +9,7 @@ void startModule1(Module1& module, const std::string& systemDir,
     module.settings.marigoldDir.clear();
     module.settings.lastDirectory.clear();
     module.settings.saveAsDir.clear();
-    readSettings(module.settings, module.spectrum, checkDatabase);
+    readSettings(module.settings, module.calibrationChoice, checkDatabase);
     module.preferences.folder = systemDir;
     readPreferences(module.preferences);
     module.palette = standardPalette;
@@ -20,8 +20,7 @@ void startModule1(Module1& module, const std::string& systemDir,
     spectrum.comment.assign("");
     module.view = ViewState{};
     module.nuclRoiOn = true;
-    spectrum.calDefault = startCalibration;
-    spectrum.useFileCalibration = true;
+    module.calibrationChoice = {};
 }
 
 }  // namespace kestrel

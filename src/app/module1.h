@@ -21,6 +21,7 @@ namespace kestrel {
 
 struct Module1 {
     Spectrum spectrum;
+    CalibrationChoice calibrationChoice;
     DerivedArrays derived;
     std::vector<std::string> headerLines;  // what the data information window lists
     Notice notice;                         // what the main window says of the spectrum

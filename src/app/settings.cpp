@@ -40,8 +40,7 @@ constexpr std::string_view peakSection = "[pk pos]";
 // All that the file carries.
 struct Stored {
     Settings settings;
-    Calibration calDefault;
-    bool useFileCalibration;
+    CalibrationChoice choice;
 };
 
 // A path with a NUL names nothing, but the system's calls would take it for the part in front.
@@ -66,10 +65,10 @@ void readDirectories(FieldReader& fields, Settings& settings) {
 void readCalibration(FieldReader& fields, Stored& stored) {
     if (!fields.find(calibrationSection))
         return;
-    stored.calDefault.a = fields.number();
-    stored.calDefault.b = fields.number();
-    stored.calDefault.c = fields.number();
-    stored.useFileCalibration = fields.int16() != 0;
+    stored.choice.calDefault.a = fields.number();
+    stored.choice.calDefault.b = fields.number();
+    stored.choice.calDefault.c = fields.number();
+    stored.choice.useFileCalibration = fields.int16() != 0;
 }
 
 void readPlacements(FieldReader& fields, WindowPlacements& placements) {
@@ -118,10 +117,10 @@ void readFile(Stored& stored) {
 
 std::string calibrationText(const Stored& stored) {
     FieldWriter lines;
-    const Calibration& calibration = stored.calDefault;
+    const Calibration& calibration = stored.choice.calDefault;
     lines.record(calibrationSection);
     lines.record(calibration.a, calibration.b, calibration.c,
-                 std::int16_t{stored.useFileCalibration});
+                 std::int16_t{stored.choice.useFileCalibration});
     return lines.contents();
 }
 
@@ -160,10 +159,6 @@ SettingsSections sectionsOf(const Stored& stored) {
     return sections;
 }
 
-Stored storedOf(const Settings& settings, const Spectrum& spectrum) {
-    return {settings, spectrum.calDefault, spectrum.useFileCalibration};
-}
-
 // `own`, with what another instance may have written since in place of the sections that this one
 // has left as they were.
 std::string merged(const SettingsSections& own, const SettingsSections& before, Stored stored) {
@@ -177,12 +172,12 @@ std::string merged(const SettingsSections& own, const SettingsSections& before, 
 
 }  // namespace
 
-void readSettings(Settings& settings, Spectrum& spectrum, const DatabaseCheck& checkDatabase) {
-    Stored stored = storedOf(settings, spectrum);
+void readSettings(Settings& settings, CalibrationChoice& choice,
+                  const DatabaseCheck& checkDatabase) {
+    Stored stored{settings, choice};
     readFile(stored);
     settings = stored.settings;
-    spectrum.calDefault = stored.calDefault;
-    spectrum.useFileCalibration = stored.useFileCalibration;
+    choice = stored.choice;
     settings.asStored = sectionsOf(stored);
 
     if (checkDatabase)
@@ -192,8 +187,8 @@ void readSettings(Settings& settings, Spectrum& spectrum, const DatabaseCheck& c
         std::filesystem::current_path(settings.lastDirectory, ignored);
 }
 
-void writeSettings(Settings& settings, const Spectrum& spectrum) {
-    const Stored stored = storedOf(settings, spectrum);
+void writeSettings(Settings& settings, const CalibrationChoice& choice) {
+    const Stored stored{settings, choice};
     const SettingsSections own = sectionsOf(stored);
     // Where the folder cannot be made, replacing the file raises the fault that says why.
     std::error_code ignored;
@@ -203,9 +198,9 @@ void writeSettings(Settings& settings, const Spectrum& spectrum) {
     settings.asStored = own;
 }
 
-void writePeakRegions(Settings& settings, const Spectrum& spectrum) {
+void writePeakRegions(Settings& settings, const CalibrationChoice& choice) {
     if (peakText(settings) != settings.asStored.back())
-        writeSettings(settings, spectrum);
+        writeSettings(settings, choice);
 }
 
 }  // namespace kestrel

@@ -26,22 +26,22 @@ struct Settings {
     SettingsSections asStored;  // as this run has read or last written them
 };
 
-// Reads the file in settings.systemDir into `settings` and the default calibration and its flag
-// into `spectrum`. Every section is searched from the start of the file, so their order does not
-// matter. Whatever is wrong with the file ends the reading silently; what has not been read by then
-// keeps its value. The systemDir in the file, which may be a copy, is passed over. `checkDatabase`
-// is then given the folder of the nuclide database, which it may change. Last, the directory
-// lastDirectory is made current, if it exists.
+// Reads the file in settings.systemDir into `settings` and `choice`. Every section is searched from
+// the start of the file, so their order does not matter. Whatever is wrong with the file ends the
+// reading silently; what has not been read by then keeps its value. The systemDir in the file,
+// which may be a copy, is passed over. `checkDatabase` is then given the folder of the nuclide
+// database, which it may change. Last, the directory lastDirectory is made current, if it exists.
 using DatabaseCheck = std::function<void(std::string& marigoldDir)>;
-void readSettings(Settings& settings, Spectrum& spectrum, const DatabaseCheck& checkDatabase = {});
+void readSettings(Settings& settings, CalibrationChoice& choice,
+                  const DatabaseCheck& checkDatabase = {});
 
 // Writes the file anew, and makes the folder systemDir where it is missing. Sections that have not
 // changed since they were read or written are taken as they stand in the file by now: another
 // instance of the program may have changed them. Faults: those of replaceFile; the old file then
 // stays as it was.
-void writeSettings(Settings& settings, const Spectrum& spectrum);
+void writeSettings(Settings& settings, const CalibrationChoice& choice);
 
 // Likewise, but leaves the file alone where no peak region or remark has changed.
-void writePeakRegions(Settings& settings, const Spectrum& spectrum);
+void writePeakRegions(Settings& settings, const CalibrationChoice& choice);
 
 }  // namespace kestrel

@@ -357,7 +357,7 @@ void Form14::load() {
 }
 
 void Form14::apply() {
-    keepCalibration(context_.spectrum, fitted_.calibration);
+    keepCalibration(fitted_.calibration, context_.spectrum, context_.calibrationChoice);
     context_.lastText = calibrationText(pointsOf(table_));
     accept();
 }

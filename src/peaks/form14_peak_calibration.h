@@ -22,6 +22,7 @@ namespace kestrel {
 // What the window reads and writes of the program's state. All of it must outlive the window.
 struct PeakCalibrationContext {
     Spectrum& spectrum;
+    CalibrationChoice& calibrationChoice;
     const DerivedArrays& derived;
     std::string& lastText;  // of the points applied last, as in their file; empty for none
     const Palette& palette;

@@ -97,8 +97,6 @@ void blankWhatIsNotCarried(const SpectrumFormat& format, Spectrum& spectrum) {
         clearStart(spectrum);
     if (!format.description)
         setDescription(spectrum, "");
-    if (format.calibration == CalibrationOf::User)
-        spectrum.calCurrent = spectrum.calDefault;
 }
 
 std::vector<const SpectrumFormat*> formatsOfEnding(const std::string& path) {
@@ -162,7 +160,10 @@ std::string knownEndings() {
 ReadResult readAs(const SpectrumFormat& format, InputFile& file, Spectrum& spectrum) {
     blankWhatIsNotCarried(format, spectrum);
     try {
-        return format.read(file, spectrum);
+        ReadResult result = format.read(file, spectrum);
+        if (format.calibration == CalibrationOf::User)
+            result.tellsCalibration = false;
+        return result;
     } catch (const RuntimeFault& fault) {
         return {.end = Reading::Failed, .fault = fault.fault()};
     }

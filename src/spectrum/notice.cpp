@@ -32,12 +32,4 @@ std::string refusalNotice(const std::string& path, const Spectrum& before, const
            " failed half-way: what is shown mixes two spectra. Open a spectrum before you measure.";
 }
 
-void restoreSpectrum(const OpenedSpectrum& before, Spectrum& spectrum) {
-    const Calibration calDefault = spectrum.calDefault;
-    const bool useFileCalibration = spectrum.useFileCalibration;
-    spectrum = before.spectrum;
-    spectrum.calDefault = calDefault;
-    spectrum.useFileCalibration = useFileCalibration;
-}
-
 }  // namespace kestrel

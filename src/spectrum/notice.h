@@ -33,7 +33,4 @@ struct Notice {
 // `before` in all but its name.
 std::string refusalNotice(const std::string& path, const Spectrum& before, const Spectrum& after);
 
-// The spectrum as it was, with the calibration that the user has chosen since for other files.
-void restoreSpectrum(const OpenedSpectrum& before, Spectrum& spectrum);
-
 }  // namespace kestrel

@@ -107,10 +107,10 @@ OpenResult openExchangeFile(const std::string& path, const OpenTarget& target, D
     const int group = channelsToGroup(measured);
     if (!mayGroup(group, dialogs))
         return OpenResult::Cancelled;
-    const std::vector<std::string> notices = takeMeasured(measured, group, target.spectrum);
+    const TakenSpectrum taken = takeMeasured(measured, group, target.spectrum);
     target.spectrum.filePath = path;
-    finishOpening(target);
-    target.notice.lines = notices;
+    finishOpening(target, taken.tellsCalibration);
+    target.notice.lines = taken.notices;
     return OpenResult::Loaded;
 }
 

@@ -72,8 +72,6 @@ void leaveRemains(const SpectrumFormat& format, const Spectrum& before, Spectrum
         spectrum.chnTrailer.sample = before.chnTrailer.sample;
         spectrum.chnTrailer.sampleLength = before.chnTrailer.sampleLength;
     }
-    if (format.calibration == CalibrationOf::User)
-        spectrum.calCurrent = before.calCurrent;
 }
 
 ReadResult readPath(const SpectrumFormat& format, Spectrum& spectrum) {
@@ -140,10 +138,11 @@ OpenResult openSpectrumPath(const std::string& path, const OpenTarget& target,
                           lastFilterIndex, dialogs);
 }
 
-void finishOpening(const OpenTarget& target) {
+void finishOpening(const OpenTarget& target, bool tellsCalibration) {
     Spectrum& spectrum = target.spectrum;
-    if (!spectrum.useFileCalibration)
-        spectrum.calCurrent = spectrum.calDefault;
+    const CalibrationChoice& choice = target.calibrationChoice;
+    if (!tellsCalibration || !choice.useFileCalibration)
+        spectrum.calCurrent = choice.calDefault;
     computeDerivedArrays(spectrum, target.derived);
     target.notice = {};
     target.headerLines = buildHeaderLines(spectrum);
@@ -161,7 +160,7 @@ std::shared_ptr<const OpenedSpectrum> copyOf(const OpenTarget& target) {
 }
 
 void bringBack(const OpenedSpectrum& opened, const OpenTarget& target) {
-    restoreSpectrum(opened, target.spectrum);
+    target.spectrum = opened.spectrum;
     target.derived = opened.derived;
     target.headerLines = opened.headerLines;
 }
@@ -185,7 +184,7 @@ bool readSpectrumByFormat(int filterIndex, const OpenTarget& target, Dialogs& di
         return false;
     }
     spectrum.details.clear();
-    finishOpening(target);
+    finishOpening(target, result.tellsCalibration);
     if (!result.missing.empty())
         target.notice.add(result.missing);
     return true;

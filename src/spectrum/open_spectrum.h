@@ -18,6 +18,7 @@ struct OpenTarget {
     DerivedArrays& derived;
     std::vector<std::string>& headerLines;
     Notice& notice;
+    CalibrationChoice calibrationChoice = {};
 };
 
 enum class OpenResult { Cancelled, Refused, Loaded };
@@ -34,12 +35,13 @@ OpenResult openSpectrumFile(const OpenTarget& target, std::string& lastDirectory
 OpenResult openSpectrumPath(const std::string& path, const OpenTarget& target,
                             std::string& lastDirectory, int& lastFilterIndex, Dialogs& dialogs);
 
-// What follows the reading, whatever the format: the calibration that the user wants, the channel
-// arrays, and the header lines. Faults: those of computeDerivedArrays.
-void finishOpening(const OpenTarget& target);
+// What follows the reading, whatever the format: the calibration that the user wants or, where the
+// file tells none, has; the channel arrays, and the header lines. Faults: those of
+// computeDerivedArrays.
+void finishOpening(const OpenTarget& target, bool tellsCalibration);
 
 std::shared_ptr<const OpenedSpectrum> copyOf(const OpenTarget& target);
-// All but the notice, with the calibration that the user has chosen since for other files.
+// All but the notice.
 void bringBack(const OpenedSpectrum& opened, const OpenTarget& target);
 
 // Brings back what the notice keeps, and empties it. Without anything kept it does nothing.

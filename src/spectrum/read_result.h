@@ -16,6 +16,7 @@ struct [[nodiscard]] ReadResult {
     std::string reason = {};
     Fault fault{};             // of a failure
     std::string missing = {};  // of a spectrum that was loaded: what its file lacks
+    bool tellsCalibration = true;
     bool keepsFileOpen = false;
 };
 

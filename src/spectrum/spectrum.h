@@ -40,6 +40,15 @@ struct Calibration {
 // The calibration in force before any file and any settings say otherwise.
 inline constexpr Calibration startCalibration{0.0, 0.5, 0.0};
 
+// What the user has chosen for every file that is opened: its own calibration, or one of the
+// user's.
+struct CalibrationChoice {
+    bool useFileCalibration = true;  // false: calDefault replaces what a file brings
+    // Also in force for files that bring none.
+    Calibration calDefault = startCalibration;
+    friend bool operator==(const CalibrationChoice&, const CalibrationChoice&) = default;
+};
+
 // The numbers and texts of the 512-byte trailer of a CHN file of the third kind; the text readers
 // keep their calibration and descriptions here as well.
 struct ChnTrailer {
@@ -86,8 +95,6 @@ struct Spectrum {
     FixedText<64> comment;
     Calibration calCurrent = startCalibration;
     Calibration calFromFile = startCalibration;
-    Calibration calDefault = startCalibration;
-    bool useFileCalibration = true;  // false: calDefault replaces what a file brings
     std::string filePath;
     // Of the file that was opened last, for count rates and the plot. A file that is refused leaves
     // it alone.

@@ -10,19 +10,17 @@
 
 namespace kestrel {
 
-OpenResult openSecond(Comparison& comparison, const Spectrum& first, std::string& lastDirectory,
+OpenResult openSecond(Comparison& comparison, const OpenTarget& first, std::string& lastDirectory,
                       int& lastFilterIndex, Dialogs& dialogs) {
     const auto opened = std::make_shared<OpenedSpectrum>();
-    opened->spectrum.calDefault = first.calDefault;
-    opened->spectrum.useFileCalibration = first.useFileCalibration;
     Notice notice;
-    const OpenResult result =
-        openAnySpectrum({opened->spectrum, opened->derived, opened->headerLines, notice},
-                        lastDirectory, lastFilterIndex, dialogs, "Open Second");
+    const OpenResult result = openAnySpectrum(
+        {opened->spectrum, opened->derived, opened->headerLines, notice, first.calibrationChoice},
+        lastDirectory, lastFilterIndex, dialogs, "Open Second");
     if (result == OpenResult::Loaded) {
         comparison.second = opened;
         comparison.notice = notice;
-        updateComparison(comparison, first);
+        updateComparison(comparison, first.spectrum);
     }
     return result;
 }

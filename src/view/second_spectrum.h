@@ -14,7 +14,7 @@ namespace kestrel {
 // Asks for a file of any format and puts it beside the first spectrum, which is not touched. What
 // is refused, cancelled or fails leaves the comparison as it was. `lastDirectory`,
 // `lastFilterIndex` and faults as for openAnySpectrum.
-OpenResult openSecond(Comparison& comparison, const Spectrum& first, std::string& lastDirectory,
+OpenResult openSecond(Comparison& comparison, const OpenTarget& first, std::string& lastDirectory,
                       int& lastFilterIndex, Dialogs& dialogs);
 
 // The first and the second change places, with all that was opened, and calibrated since, with

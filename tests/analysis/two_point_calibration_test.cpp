@@ -14,14 +14,14 @@ namespace {
 class TwoPoints : public testing::Test {
   protected:
     TwoPoints() {
-        spectrum->useFileCalibration = false;
         spectrum->calFromFile = {1, 2, 3};
         spectrum->calCurrent = {4, 5, 6};
     }
     bool accept(const CalibrationTexts& typed) {
-        return acceptCalibration(*spectrum, typed, kept, dialogs);
+        return acceptCalibration(*spectrum, choice, typed, kept, dialogs);
     }
     std::unique_ptr<Spectrum> spectrum = std::make_unique<Spectrum>();
+    CalibrationChoice choice{.useFileCalibration = false};
     CalibrationTexts kept{"a", "b", "c", "d"};
     test::ScriptedDialogs dialogs;
 };
@@ -31,7 +31,7 @@ TEST_F(TwoPoints, GiveAStraightLineAndAreKeptAsTyped) {
     EXPECT_EQ(spectrum->calCurrent.b, 1210.0 / 900.0);
     EXPECT_EQ(spectrum->calCurrent.a, 122 - 100 * (1210.0 / 900.0));
     EXPECT_EQ(spectrum->calCurrent.c, 0);
-    EXPECT_EQ(spectrum->calDefault, spectrum->calCurrent);
+    EXPECT_EQ(choice.calDefault, spectrum->calCurrent);
     EXPECT_EQ(channelToEnergy(spectrum->calCurrent, 100), 122.0);
     EXPECT_EQ(kept.channelLow, " 100ch");
     EXPECT_EQ(kept.energyHigh, "1332.0keV");
@@ -66,17 +66,17 @@ TEST_F(TwoPoints, ThatDoNotRiseAreRefusedAndChangeNothing) {
         EXPECT_EQ(dialogs.messages.back().title, "Error...");
         EXPECT_EQ(dialogs.messages.back().icon, Icon::Question);
         EXPECT_EQ(spectrum->calCurrent, before.calCurrent);
-        EXPECT_EQ(spectrum->calDefault, before.calDefault);
+        EXPECT_EQ(choice.calDefault, startCalibration);
         EXPECT_EQ(kept.channelLow, "a");
     }
 }
 
 TEST_F(TwoPoints, AreNotLookedAtWhereTheFileCalibrationCounts) {
-    spectrum->useFileCalibration = true;
+    choice.useFileCalibration = true;
     EXPECT_TRUE(accept({"9", "9", "1", "1"}));
     EXPECT_TRUE(dialogs.messages.empty());
     EXPECT_EQ(spectrum->calCurrent, spectrum->calFromFile);
-    EXPECT_EQ(spectrum->calDefault, startCalibration);
+    EXPECT_EQ(choice.calDefault, startCalibration);
     EXPECT_EQ(kept.channelLow, "a");
 }
 

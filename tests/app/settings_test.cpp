@@ -25,7 +25,7 @@ constexpr std::array<std::string_view, 7> headers = {
 
 struct Kept {
     Settings settings;
-    Spectrum spectrum;
+    CalibrationChoice choice;
 };
 
 // Which sections, in the order of the file, hold the same values.
@@ -40,8 +40,7 @@ std::array<bool, headers.size()> sameSections(const Kept& a, const Kept& b) {
         x.marigoldDir == y.marigoldDir,
         x.lastDirectory == y.lastDirectory,
         x.saveAsDir == y.saveAsDir,
-        a.spectrum.calDefault == b.spectrum.calDefault &&
-            a.spectrum.useFileCalibration == b.spectrum.useFileCalibration,
+        a.choice == b.choice,
         std::ranges::equal(x.windowPlacement, y.windowPlacement),
         x.peakSetCount == y.peakSetCount && std::ranges::equal(x.peakSets, y.peakSets, sameSet)};
 }
@@ -58,7 +57,7 @@ class SettingsFile : public testing::Test {
     Kept read() const {
         Kept kept;
         kept.settings.systemDir = folder_.path();
-        readSettings(kept.settings, kept.spectrum);
+        readSettings(kept.settings, kept.choice);
         return kept;
     }
     Kept read(std::string_view contents) const {
@@ -66,7 +65,7 @@ class SettingsFile : public testing::Test {
         return read();
     }
     std::string written(Kept kept) const {
-        writeSettings(kept.settings, kept.spectrum);
+        writeSettings(kept.settings, kept.choice);
         return folder_.read("kestrel.inf");
     }
     // Differs from the values of a first start in every section.
@@ -76,8 +75,8 @@ class SettingsFile : public testing::Test {
         kept.settings.marigoldDir = "/m";
         kept.settings.lastDirectory = folder_.file("sub");
         kept.settings.saveAsDir = "/s";
-        kept.spectrum.calDefault = {-1.25, 1e-7, 3};
-        kept.spectrum.useFileCalibration = false;
+        kept.choice.calDefault = {-1.25, 1e-7, 3};
+        kept.choice.useFileCalibration = false;
         kept.settings.windowPlacement[16] = {-1, 2, 2147483647, -2147483647 - 1};
         kept.settings.peakSetCount = 2;
         kept.settings.peakSets[0].name.assign("Cs-137, \"661\"");
@@ -135,8 +134,8 @@ TEST_F(SettingsFile, IsFoundInAnyOrderQuotingAndLineEnd) {
     EXPECT_EQ(kept.settings.peakSetCount, 1);
     EXPECT_EQ(kept.settings.peakSets[0].pkHigh, 6);
     EXPECT_EQ(kept.settings.peakSets[0].name, FixedText<24>("a\"b,c"));
-    EXPECT_EQ(kept.spectrum.calDefault, (Calibration{-1.5, 0.2, 0.25}));
-    EXPECT_FALSE(kept.spectrum.useFileCalibration);
+    EXPECT_EQ(kept.choice.calDefault, (Calibration{-1.5, 0.2, 0.25}));
+    EXPECT_FALSE(kept.choice.useFileCalibration);
     EXPECT_EQ(kept.settings.lastDirectory, "/a b ");
     EXPECT_EQ(kept.settings.saveAsDir, "");
     EXPECT_EQ(kept.settings.marigoldDir, "last line");
@@ -182,8 +181,8 @@ TEST_F(SettingsFile, IsReadUpToWhereAByteIsDamaged) {
 TEST_F(SettingsFile, KeepsWhatStoodBeforeANumberThatDoesNotFit) {
     for (const char* number : {"32768", "-32769", "1E999"}) {
         const Kept kept = read("[ene cal]\n1,2,3,"s + number + "\n[pk pos]\n5\n");
-        EXPECT_EQ(kept.spectrum.calDefault, (Calibration{1, 2, 3})) << number;
-        EXPECT_TRUE(kept.spectrum.useFileCalibration) << number;
+        EXPECT_EQ(kept.choice.calDefault, (Calibration{1, 2, 3})) << number;
+        EXPECT_TRUE(kept.choice.useFileCalibration) << number;
         EXPECT_EQ(kept.settings.peakSetCount, 0) << number;
     }
     const WindowPlacements windows =
@@ -247,22 +246,22 @@ TEST_F(SettingsFile, TakesOnlyItsOwnChangesFromEachInstance) {
     Kept a = read();
     Kept b = read();
     a.settings.peakSets[0].pkHigh = 77;
-    writePeakRegions(a.settings, a.spectrum);
+    writePeakRegions(a.settings, a.choice);
     b.settings.marigoldDir = "/other";
-    b.spectrum.useFileCalibration = true;
-    writeSettings(b.settings, b.spectrum);
+    b.choice.useFileCalibration = true;
+    writeSettings(b.settings, b.choice);
     a.settings.windowPlacement[3].left = 5;
-    writeSettings(a.settings, a.spectrum);
+    writeSettings(a.settings, a.choice);
     Kept expected = sample();
     expected.settings.peakSets[0].pkHigh = 77;
     expected.settings.marigoldDir = "/other";
-    expected.spectrum.useFileCalibration = true;
+    expected.choice.useFileCalibration = true;
     expected.settings.windowPlacement[3].left = 5;
     EXPECT_EQ(folder_.read("kestrel.inf"), written(expected));
     folder_.write("kestrel.inf", "");
-    writePeakRegions(a.settings, a.spectrum);  // as it was
+    writePeakRegions(a.settings, a.choice);  // as it was
     EXPECT_EQ(folder_.read("kestrel.inf"), "");
-    writeSettings(a.settings, a.spectrum);  // a file that another has lost
+    writeSettings(a.settings, a.choice);  // a file that another has lost
     EXPECT_EQ(read().settings.peakSets[0].pkHigh, 77);
 }
 
@@ -276,9 +275,9 @@ TEST_F(SettingsFile, MakesTheLastDirectoryCurrentWhereItExists) {
 TEST_F(SettingsFile, IsMadeTogetherWithItsFolderOnTheFirstExit) {
     Kept kept;
     kept.settings.systemDir = folder_.file("new/config");
-    readSettings(kept.settings, kept.spectrum);
+    readSettings(kept.settings, kept.choice);
     EXPECT_EQ(kept.settings.systemDir, folder_.file("new/config"));
-    writeSettings(kept.settings, kept.spectrum);
+    writeSettings(kept.settings, kept.choice);
     EXPECT_TRUE(folder_.read("new/config/kestrel.inf").starts_with("\"[system dir]\"\r\n"));
 }
 
@@ -286,7 +285,7 @@ TEST_F(SettingsFile, IsReadAndReplacedUnderANameInOtherLetterCase) {
     folder_.write("KESTREL.INF", "[marigold dir]\n/m\n");
     Kept kept = read();
     EXPECT_EQ(kept.settings.marigoldDir, "/m");
-    writeSettings(kept.settings, kept.spectrum);
+    writeSettings(kept.settings, kept.choice);
     EXPECT_EQ(folder_.entries(), 2U);  // with "sub"
     EXPECT_TRUE(folder_.read("KESTREL.INF").ends_with("\"[pk pos]\"\r\n0\r\n"));
 }
@@ -295,14 +294,14 @@ TEST_F(SettingsFile, StaysAsItWasWhereItCannotBeWritten) {
     Kept kept = sample();
     const std::string path = folder_.write("kestrel.inf", "old");
     fs::permissions(path, fs::perms::owner_read);
-    EXPECT_FAULT(writeSettings(kept.settings, kept.spectrum), Fault::PermissionDenied);
+    EXPECT_FAULT(writeSettings(kept.settings, kept.choice), Fault::PermissionDenied);
     EXPECT_EQ(folder_.read("kestrel.inf"), "old");
 
     kept.settings.systemDir = path;
-    EXPECT_FAULT(writeSettings(kept.settings, kept.spectrum), Fault::PathNotFound);
+    EXPECT_FAULT(writeSettings(kept.settings, kept.choice), Fault::PathNotFound);
     kept.settings.systemDir = folder_.file("sub");
     fs::create_directory(folder_.file("sub/kestrel.inf"));
-    EXPECT_FAULT(writeSettings(kept.settings, kept.spectrum), Fault::PathAccess);
+    EXPECT_FAULT(writeSettings(kept.settings, kept.choice), Fault::PathAccess);
     EXPECT_EQ(folder_.entries(), 2U);
 }
 

@@ -31,10 +31,10 @@ struct WrittenFile {
 
 const WrittenFile files[] = {
     {"kestrel.inf",
-     [](Spectrum& spectrum, const TempFolder& folder) {
+     [](Spectrum&, const TempFolder& folder) {
          Settings settings;
          settings.systemDir = folder.path();
-         writeSettings(settings, spectrum);
+         writeSettings(settings, {});
      }},
     {"kestrel.ini",
      [](Spectrum&, const TempFolder& folder) {

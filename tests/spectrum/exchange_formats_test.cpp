@@ -404,7 +404,7 @@ TEST(ExchangeFormats, BecomeTheLoadedSpectrumWholeOrNotAtAll) {
     const auto spectrum = std::make_unique<Spectrum>();
     MeasuredSpectrum measured = readExchangeBytes(spe).front();
     measured.counts = {0.5, 1.5, 2.5, 3};
-    EXPECT_THAT(takeMeasured(measured, 1, *spectrum), ElementsAre(HasSubstr("fractions")));
+    EXPECT_THAT(takeMeasured(measured, 1, *spectrum).notices, ElementsAre(HasSubstr("fractions")));
     EXPECT_EQ(spectrum->channelCount, 4);
     EXPECT_EQ(spectrum->counts[0], 0);
     EXPECT_EQ(spectrum->counts[1], 2);

@@ -84,7 +84,9 @@ TEST_F(Export, IsReadAgainAsTheSameSpectrum) {
     const auto opened = std::make_unique<OpenedSpectrum>();
     Notice notice;
     Spectrum* const read = &opened->spectrum;
-    const OpenTarget target{*read, opened->derived, opened->headerLines, notice};
+    const Calibration users{7, 8, 9};
+    const OpenTarget target{
+        *read, opened->derived, opened->headerLines, notice, {.calDefault = users}};
     for (unsigned seed = 0; seed < 1000; ++seed) {
         RandomSpectrum(seed).fill(*spectrum);
         for (const ExportFormat& format : exportFormats()) {
@@ -92,7 +94,6 @@ TEST_F(Export, IsReadAgainAsTheSameSpectrum) {
             const std::string path =
                 folder.write(std::to_string(seed) + format.name + std::string(format.ending),
                              format.write(*spectrum));
-            read->calDefault = {7, 8, 9};
             int filter = 1;
             ASSERT_EQ(openAnyPath(path, target, lastDirectory, filter, dialogs), OpenResult::Loaded)
                 << about() << dialogs.messages.back().details;
@@ -112,7 +113,7 @@ TEST_F(Export, IsReadAgainAsTheSameSpectrum) {
             const Calibration& exact = spectrum->calCurrent;
             const Calibration floats = {static_cast<float>(exact.a), static_cast<float>(exact.b),
                                         static_cast<float>(exact.c)};
-            ASSERT_EQ(read->calCurrent, !places.calibration         ? read->calDefault
+            ASSERT_EQ(read->calCurrent, !places.calibration         ? users
                                         : format.shortName == "CHN" ? floats
                                                                     : exact)
                 << about();

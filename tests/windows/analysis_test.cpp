@@ -155,7 +155,7 @@ TEST_F(Analysis, CalibratesFromFieldToFieldByEnter) {
     trigger("o11(0)");
     EXPECT_EQ(modal, 1);
     // The check box counts at once, whatever button ends the dialog.
-    EXPECT_FALSE(module->spectrum.useFileCalibration);
+    EXPECT_FALSE(module->calibrationChoice.useFileCalibration);
     EXPECT_EQ(module->spectrum.calCurrent, module->spectrum.calFromFile);
     EXPECT_EQ(module->settings.windowPlacement[5].width, 500 * 15);
     with<Form5>([](Form5& form) {

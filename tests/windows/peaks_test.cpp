@@ -221,7 +221,7 @@ TEST_F(PeakCalibrationTest, RecognisesTheSourceAndKeepsItsCalibrationForTheNextS
     form2->close();
     const auto next = std::make_unique<Module1>();
     startModule1(*next, folder.path());
-    EXPECT_TRUE(next->spectrum.useFileCalibration);
+    EXPECT_TRUE(next->calibrationChoice.useFileCalibration);
     Form2 restarted(*next, dialogs);
     ASSERT_TRUE(restarted.findChild<QAction*>("lastPeakCalibration")->isEnabled());
     restarted.findChild<QAction*>("lastPeakCalibration")->trigger();

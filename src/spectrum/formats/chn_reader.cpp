@@ -97,7 +97,6 @@ void readAfterCounts(const ByteReader& file, ChnKind kind, Spectrum& spectrum) {
     switch (kind) {
         case ChnKind::CommentOnly:
             readComment(file, offset, spectrum);
-            spectrum.calCurrent = spectrum.calDefault;
             break;
         case ChnKind::CommentAndExtension:
             readComment(file, offset, spectrum);
@@ -144,9 +143,8 @@ ReadResult readChnFile(InputFile& input, Spectrum& spectrum) {
     const ChnKind kind = kindOf(spectrum, static_cast<double>(input.size()));
     completeStartTime(spectrum);
     readAfterCounts(file, kind, spectrum);
-    if (!spectrum.useFileCalibration)
-        spectrum.calCurrent = spectrum.calDefault;
-    return {.missing = missingParts(spectrum, kind, input.size())};
+    return {.missing = missingParts(spectrum, kind, input.size()),
+            .tellsCalibration = kind != ChnKind::CommentOnly};
 }
 
 }  // namespace kestrel

@@ -63,12 +63,7 @@ void putStart(const std::optional<LocalTime>& start, Spectrum& spectrum) {
                                 twoDigits(start->second)});
 }
 
-void putCalibration(const std::optional<FittedCalibration>& fitted, int group, Spectrum& spectrum) {
-    if (!fitted) {
-        spectrum.calCurrent = spectrum.calDefault;
-        return;
-    }
-    const Calibration calibration = groupedCalibration(fitted->calibration, group);
+void putCalibration(const Calibration& calibration, Spectrum& spectrum) {
     spectrum.chnTrailer.calA = static_cast<float>(calibration.a);
     spectrum.chnTrailer.calB = static_cast<float>(calibration.b);
     spectrum.chnTrailer.calC = static_cast<float>(calibration.c);
@@ -104,8 +99,7 @@ int channelsToGroup(const MeasuredSpectrum& spectrum) {
     return static_cast<int>(group);
 }
 
-std::vector<std::string> takeMeasured(const MeasuredSpectrum& measured, int group,
-                                      Spectrum& spectrum) {
+TakenSpectrum takeMeasured(const MeasuredSpectrum& measured, int group, Spectrum& spectrum) {
     const WholeCounts whole = wholeCounts(measured.counts, static_cast<std::size_t>(group));
     const Ticks liveTime = ticksOf(measured.liveSeconds);
     const Ticks realTime = ticksOf(measured.realSeconds);
@@ -121,7 +115,8 @@ std::vector<std::string> takeMeasured(const MeasuredSpectrum& measured, int grou
     putStart(measured.start, spectrum);
     setDescription(spectrum, measured.title);
     putDetector(measured.detector, spectrum);
-    putCalibration(fitted, group, spectrum);
+    if (fitted)
+        putCalibration(groupedCalibration(fitted->calibration, group), spectrum);
     spectrum.details = measured.details;
 
     std::vector<std::string> notices = measured.notices;
@@ -130,7 +125,7 @@ std::vector<std::string> takeMeasured(const MeasuredSpectrum& measured, int grou
     if (whole.rounded)
         notices.emplace_back("The file's counts have fractions; they are rounded to whole ones.");
     tellOfCalibration(fitted, notices);
-    return notices;
+    return {notices, fitted.has_value()};
 }
 
 }  // namespace kestrel

@@ -14,10 +14,14 @@ namespace kestrel {
 // a rule, else the lowest power of two.
 int channelsToGroup(const MeasuredSpectrum& spectrum);
 
+struct TakenSpectrum {
+    std::vector<std::string> notices;  // what a user must know of it, as sentences
+    bool tellsCalibration = true;      // else calCurrent and calFromFile are left as they were
+};
+
 // Puts `measured` into `spectrum` as a reader would, with `group` channels added into one: times in
-// 20 ms ticks, real counts rounded with halves to even. Returns what a user must know of it, as
-// sentences. Faults: FormatError, before anything is written, where counts or times do not fit.
-std::vector<std::string> takeMeasured(const MeasuredSpectrum& measured, int group,
-                                      Spectrum& spectrum);
+// 20 ms ticks, real counts rounded with halves to even. Faults: FormatError, before anything is
+// written, where counts or times do not fit.
+TakenSpectrum takeMeasured(const MeasuredSpectrum& measured, int group, Spectrum& spectrum);
 
 }  // namespace kestrel

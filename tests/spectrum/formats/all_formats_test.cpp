@@ -46,7 +46,9 @@ class AllFormats : public testing::Test {
   protected:
     bool open(int filter, const std::string& path) {
         spectrum->filePath = path;
-        return readSpectrumByFormat(filter, {*spectrum, *derived, headerLines, notice}, dialogs);
+        return readSpectrumByFormat(
+            filter, {*spectrum, *derived, headerLines, notice, {useFileCalibration, users}},
+            dialogs);
     }
     // The fault that opening raised, 0 for none.
     int openBytes(int filter, std::string_view bytes) {
@@ -55,6 +57,8 @@ class AllFormats : public testing::Test {
     }
 
     test::TempFolder folder;
+    const Calibration users{7, 8, 9};
+    bool useFileCalibration = true;
     test::ScriptedDialogs dialogs;
     std::unique_ptr<Spectrum> spectrum = std::make_unique<Spectrum>();
     std::unique_ptr<DerivedArrays> derived = std::make_unique<DerivedArrays>();
@@ -94,7 +98,6 @@ TEST_F(AllFormats, CarryTheSameSpectrum) {
     const auto reference = std::make_unique<Spectrum>(*spectrum);
     for (const Form& form : forms) {
         *spectrum = Spectrum{};
-        spectrum->calDefault = {7, 8, 9};
         ASSERT_TRUE(open(form.entry(), form.path));
         const std::int32_t first = form.timesInChannels ? 2 : 0;
         EXPECT_EQ(spectrum->channelCount, form.timesInChannels ? 4097 : 4096) << form.sample;
@@ -111,7 +114,7 @@ TEST_F(AllFormats, CarryTheSameSpectrum) {
         EXPECT_EQ(form.description, !spectrum->comment.trimmed().empty());
         EXPECT_EQ(spectrum->calCurrent,
                   form.calibration == CalibrationOf::File   ? reference->calFromFile
-                  : form.calibration == CalibrationOf::User ? spectrum->calDefault
+                  : form.calibration == CalibrationOf::User ? users
                                                             : Calibration(0, 1, 0))
             << form.sample;
     }
@@ -119,10 +122,9 @@ TEST_F(AllFormats, CarryTheSameSpectrum) {
 
 TEST_F(AllFormats, PutTheUserCalibrationInForceWhenTheFilesAreNotToBeUsed) {
     for (const Form& form : forms) {
-        spectrum->useFileCalibration = false;
-        spectrum->calDefault = {7, 8, 9};
+        useFileCalibration = false;
         ASSERT_TRUE(open(form.entry(), form.path));
-        EXPECT_EQ(spectrum->calCurrent, spectrum->calDefault) << form.sample;
+        EXPECT_EQ(spectrum->calCurrent, users) << form.sample;
     }
 }
 

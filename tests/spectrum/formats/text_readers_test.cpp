@@ -99,7 +99,6 @@ TEST_F(TextReaders, FindEveryValueByItsLabelAndPlace) {
         std::vector<std::int32_t> counts;
         Calibration current, fromFile;
     };
-    const Calibration user{1, 2, 3};
     const Calibration before{4, 5, 6};
     const Calibration coefficients{double{1.2F}, double{0.5F}, double{0.0001F}};
     const Calibration none{0, 1, 0};
@@ -108,11 +107,10 @@ TEST_F(TextReaders, FindEveryValueByItsLabelAndPlace) {
     for (const Case& c :
          {Case{winOxford, 444, 15000, 15512, " 6Nov261", "090500", "Soil 1", three, coefficients,
                coefficients},
-          Case{dosOxford, 444, 15025, 15500, " 6Nov261", "130537", "", three, user, before},
+          Case{dosOxford, 444, 15025, 15500, " 6Nov261", "130537", "", three, before, before},
           Case{canberra35, 445, 30000, 30525, " 6NOV261", "090500", "TAG NO. = 17, soil", sixteen,
                none, none}}) {
-        spectrum.calDefault = user;
-        spectrum.calFromFile = before;
+        spectrum.calCurrent = spectrum.calFromFile = before;
         spectrum.comment.assign("of another file");
         spectrum.fileType = 77;
         spectrum.segmentNumber = 0;
@@ -130,6 +128,7 @@ TEST_F(TextReaders, FindEveryValueByItsLabelAndPlace) {
         EXPECT_EQ(spectrum.chnTrailer.sample.trimmed(), c.comment);
         EXPECT_EQ(spectrum.chnTrailer.sampleLength, std::string_view(c.comment).size());
         EXPECT_EQ(counts(), c.counts);
+        EXPECT_EQ(result.tellsCalibration, c.current != before);
         EXPECT_EQ(spectrum.calCurrent, c.current);
         EXPECT_EQ(spectrum.calFromFile, c.fromFile);
     }
