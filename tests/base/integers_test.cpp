@@ -56,6 +56,20 @@ TEST(Narrowing, KeepsTheLimitsAndOverflowsBeyondThem) {
     EXPECT_FAULT(narrow32(-2147483649), Fault::Overflow);
 }
 
+// Fails in an optimised build without the switch that keeps GCC's vectoriser off.
+struct Neighbours {
+    double a, b;
+};
+[[gnu::noinline]] Neighbours inSinglePrecision(const Neighbours& n) {
+    return {double{static_cast<float>(n.a)}, double{static_cast<float>(n.b)}};
+}
+
+TEST(SinglePrecision, IsNotLostWhereTwoNeighboursAreRounded) {
+    const Neighbours rounded = inSinglePrecision({0.1, 0.7});
+    EXPECT_EQ(rounded.a, 0x1.99999ap-4);
+    EXPECT_EQ(rounded.b, 0x1.666666p-1);
+}
+
 TEST(Division, ByZeroIsAFaultWhateverIsDivided) {
     EXPECT_EQ(divide(1, -4), -0.25);
     EXPECT_FAULT(divide(0, 0), Fault::DivisionByZero);
