@@ -1,106 +1,25 @@
 #include "nuclide/jet/expression.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
-#include <optional>
 #include <vector>
 
 #include "base/number_text.h"
 #include "base/runtime_fault.h"
 #include "base/text.h"
+#include "nuclide/jet/expression_terms.h"
 #include "nuclide/jet/expression_tokens.h"
 
 namespace kestrel::jet {
 namespace {
 
-// What an expression answers. A condition is 0 or 1 in SQLite, but 0 or -1 in Access.
-enum class Answer { Condition, Logical, Whole, Fraction, Text, Other };
-
-struct Term {
-    std::string text;
-    Answer answer = Answer::Other;
-    bool isColumn = false;
-    bool standsAlone = true;            // needs no parentheses as an operand
-    std::optional<double> number = {};  // of a number that stands there as it is
-    std::optional<std::string> literal = {};
-};
-
-Answer answerOf(ColumnKind kind) {
-    switch (kind) {
-        case ColumnKind::Logical:
-            return Answer::Logical;
-        case ColumnKind::Whole:
-            return Answer::Whole;
-        case ColumnKind::Real:
-        case ColumnKind::Decimal:
-            return Answer::Fraction;
-        case ColumnKind::Text:
-            return Answer::Text;
-        default:
-            return Answer::Other;
-    }
-}
-
-std::string operand(const Term& term) {
-    return term.standsAlone ? term.text : "(" + term.text + ")";
-}
-
-// As a value: of a condition, -1 or 0.
-Term value(const Term& term) {
-    if (term.answer != Answer::Condition)
-        return term;
-    return {.text = "-" + operand(term), .answer = Answer::Logical, .standsAlone = false};
-}
-
-std::string quotedText(std::string_view text) {
-    std::string result = "'";
-    for (const char c : text)
-        result.append(c == '\'' ? 2 : 1, c);
-    return result + '\'';
-}
-
-bool isNumber(const Term& term) {
-    return term.answer == Answer::Whole || term.answer == Answer::Fraction ||
-           term.answer == Answer::Logical;
-}
-
-// The signs "*", "?", "#" and "[...]" of an Access pattern as GLOB has them, which heeds letter
-// case: both sides are taken in small letters.
-std::string globPattern(std::string_view pattern) {
-    std::string result;
-    for (std::size_t i = 0; i < pattern.size(); ++i) {
-        if (pattern[i] == '#')
-            result += "[0-9]";
-        else if (pattern[i] == '[' && pattern.substr(i).starts_with("[!"))
-            result += "[^", ++i;
-        else
-            result += pattern[i];
-    }
-    return toLower(result);
-}
-
-struct Function {
-    std::string_view name;
-    std::string_view counterpart;
-    Answer answer;
-};
-
-// Those that answer the same in both.
-constexpr std::array functions = {
-    Function{"Abs", "abs", Answer::Other},     Function{"Avg", "avg", Answer::Fraction},
-    Function{"Count", "count", Answer::Whole}, Function{"LCase", "lower", Answer::Text},
-    Function{"Len", "length", Answer::Whole},  Function{"LTrim", "ltrim", Answer::Text},
-    Function{"Max", "max", Answer::Other},     Function{"Min", "min", Answer::Other},
-    Function{"RTrim", "rtrim", Answer::Text},  Function{"Sum", "sum", Answer::Other},
-    Function{"Trim", "trim", Answer::Text},    Function{"UCase", "upper", Answer::Text},
-};
-
 // Of an expression in a message.
 constexpr std::size_t longestQuote = 100;
 
-// Names of SQLite for what no Access table has.
-constexpr std::array<std::string_view, 3> rowNames = {"rowid", "oid", "_rowid_"};
+bool isOneOf(std::string_view name, std::initializer_list<std::string_view> words) {
+    return std::ranges::any_of(
+        words, [&](std::string_view word) { return equalIgnoringCase(name, word); });
+}
 
 class Parser {
   public:
@@ -213,10 +132,6 @@ class Parser {
         return {};
     }
 
-    // Texts are compared without regard to letter case, as columns of texts are by themselves.
-    static std::string collation(const Term& left, const Term& right) {
-        return left.isColumn || right.isColumn ? "" : " COLLATE NOCASE";
-    }
     void requireOneKind(const Term& left, const Term& right) const {
         if ((left.answer == Answer::Text && isNumber(right)) ||
             (isNumber(left) && right.answer == Answer::Text))
@@ -330,12 +245,6 @@ class Parser {
             (sign == "+" && (a.answer == Answer::Other || b.answer == Answer::Other)))
             refuse("has " + sign + " with what may be no number");
     }
-    static Answer common(const Term& a, const Term& b) {
-        const bool whole = (a.answer == Answer::Whole || a.answer == Answer::Logical) &&
-                           (b.answer == Answer::Whole || b.answer == Answer::Logical);
-        return whole ? Answer::Whole : Answer::Fraction;
-    }
-
     Term signedTerm() {
         const Depth depth(*this);
         if (takeSign("+"))
@@ -392,14 +301,11 @@ class Parser {
     }
 
     Term named(const std::string& name) {
-        for (const std::string_view word : {"True", "Yes", "On"}) {
-            if (equalIgnoringCase(name, word) && !atSign(".") && !atSign("!"))
-                return {.text = "-1", .answer = Answer::Logical, .standsAlone = false};
-        }
-        for (const std::string_view word : {"False", "No", "Off"}) {
-            if (equalIgnoringCase(name, word) && !atSign(".") && !atSign("!"))
-                return {.text = "0", .answer = Answer::Logical};
-        }
+        const bool alone = !atSign(".") && !atSign("!");
+        if (alone && isOneOf(name, {"True", "Yes", "On"}))
+            return {.text = "-1", .answer = Answer::Logical, .standsAlone = false};
+        if (alone && isOneOf(name, {"False", "No", "Off"}))
+            return {.text = "0", .answer = Answer::Logical};
         if (equalIgnoringCase(name, "Null"))
             return {.text = "NULL"};
         return column(name);
@@ -417,17 +323,13 @@ class Parser {
         }
         if (path.size() > 2)
             refuse("has a name of more than two parts");
-        for (const std::string_view name : rowNames) {
-            if (equalIgnoringCase(path.back(), name))
-                refuseWord(name);
-        }
+        if (isOneOf(path.back(), {"rowid", "oid", "_rowid_"}))  // SQLite's, for what no table has
+            refuseWord(path.back());
         const std::string input = path.size() == 2 ? path.front() : "";
         return {.text = (input.empty() ? "" : bracketed(input) + ".") + bracketed(path.back()),
                 .answer = answerOf(kindOf_ ? kindOf_(input, path.back()) : ColumnKind::Other),
                 .isColumn = true};
     }
-    // Unlike a name in double quotes, one in brackets is never taken for a text.
-    static std::string bracketed(const std::string& name) { return "[" + name + "]"; }
 
     Term call(const std::string& name) {
         const Depth depth(*this);
@@ -447,13 +349,10 @@ class Parser {
             return made(
                 "coalesce(" + value(arguments[0]).text + ", " + value(arguments[1]).text + ")",
                 value(arguments[0]).answer);
-        for (const Function& function : functions) {
-            if (equalIgnoringCase(name, function.name) && arguments.size() == 1)
-                return made(
-                    std::string(function.counterpart) + "(" + value(arguments[0]).text + ")",
-                    function.answer == Answer::Other ? value(arguments[0]).answer
-                                                     : function.answer);
-        }
+        if (const Function* function = functionNamed(name); function && arguments.size() == 1)
+            return made(
+                std::string(function->counterpart) + "(" + value(arguments[0]).text + ")",
+                function->answer == Answer::Other ? value(arguments[0]).answer : function->answer);
         refuse("has the function " + name + ", which is not translated");
     }
     Term choice(const std::vector<Term>& arguments) const {

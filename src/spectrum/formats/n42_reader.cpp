@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <map>
 #include <optional>
 #include <pugixml.hpp>
 #include <string>
-#include <type_traits>
 
 #include "base/text.h"
 #include "spectrum/formats/file_text.h"
+#include "spectrum/formats/xml_nodes.h"
 
 namespace kestrel {
 namespace {
@@ -19,84 +18,10 @@ namespace {
 constexpr std::size_t fewestChannels = 8;
 // A node takes 64 bytes of memory.
 constexpr std::ptrdiff_t mostMarks = 500000;
-
-// What is looked through around each of the spectra, of which there may be thousands.
-constexpr std::size_t mostSiblings = 100;
-constexpr std::size_t mostLevels = 8;
-constexpr std::size_t longestName = 100;
-constexpr std::size_t longestValue = 1000;
 constexpr std::size_t longestNumber = 32;
 constexpr std::size_t mostInstrumentDetails = 16;
 
-using Node = pugi::xml_node;
-
-std::string_view front(const char* text, std::size_t most) {
-    return {text, ::strnlen(text, most)};
-}
-
-std::string_view localName(const char* name) {
-    const std::string_view text = front(name, longestName);
-    const std::size_t colon = text.rfind(':');
-    return colon == std::string_view::npos ? text : text.substr(colon + 1);
-}
-
-bool isNamed(const Node& node, std::string_view name) {
-    return localName(node.name()) == name;
-}
-
-template <typename Range>
-auto firstNamed(const Range& range, std::string_view name) {
-    std::size_t looked = 0;
-    for (const auto& one : range) {
-        if (localName(one.name()) == name)
-            return one;
-        if (++looked == mostSiblings)
-            break;
-    }
-    return std::remove_cvref_t<decltype(*range.begin())>{};
-}
-
-Node childOf(const Node& parent, std::string_view name) {
-    return firstNamed(parent.children(), name);
-}
-
-// The text of the first child that has one of the names; empty when there is none.
-std::string_view textOfChild(const Node& parent, std::initializer_list<std::string_view> names,
-                             std::size_t longest = longestValue) {
-    for (const std::string_view name : names) {
-        if (const Node child = childOf(parent, name))
-            return trimSpace(front(child.child_value(), longest));
-    }
-    return {};
-}
-
-// The node and those around it, from the innermost.
-std::vector<Node> levelsOf(Node node) {
-    std::vector<Node> levels;
-    for (; node && levels.size() < mostLevels; node = node.parent())
-        levels.push_back(node);
-    return levels;
-}
-
-// The same, of the nearest element that has it: the node itself or one around it.
-std::string_view textAround(const Node& node, std::initializer_list<std::string_view> names) {
-    for (const Node& around : levelsOf(node)) {
-        if (const std::string_view text = textOfChild(around, names); !text.empty())
-            return text;
-    }
-    return {};
-}
-
-Node ancestor(const Node& node, std::string_view name) {
-    const std::vector<Node> levels = levelsOf(node);
-    const auto found =
-        std::ranges::find_if(levels, [&](const Node& level) { return isNamed(level, name); });
-    return found == levels.end() ? Node() : *found;
-}
-
-std::string_view attributeOf(const Node& node, std::string_view name) {
-    return trimSpace(front(firstNamed(node.attributes(), name).value(), longestValue));
-}
+using Node = XmlNode;
 
 // "PT1H2M3.5S", or plain seconds. None for years and months, which have no length.
 std::optional<double> seconds(std::string_view text) {
@@ -274,7 +199,7 @@ class N42File {
         } else if (name == "RadInstrumentManufacturerName" || name == "RadInstrumentModelName" ||
                    name == "RadInstrumentIdentifier" || name == "Manufacturer" ||
                    name == "InstrumentModel" || name == "InstrumentID") {
-            const std::string_view value = trimSpace(front(node.child_value(), longestValue));
+            const std::string_view value = ownText(node);
             if (!value.empty() && instrument_.size() < mostInstrumentDetails)
                 instrument_.push_back({std::string(name), std::string(value)});
         }
@@ -361,7 +286,7 @@ class N42File {
         for (const Node& node : {spectrum, measurement}) {
             std::size_t looked = 0;
             for (const Node& child : node.children()) {
-                const std::string_view text = trimSpace(front(child.child_value(), longestValue));
+                const std::string_view text = ownText(child);
                 if (isNamed(child, "Remark") && text.starts_with(label))
                     return std::string(trimSpace(text.substr(label.size())));
                 if (++looked == mostSiblings)
